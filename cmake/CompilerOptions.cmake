@@ -1,0 +1,20 @@
+# Flags live on INTERFACE targets so every Corkwheel target opts in the same way.
+
+add_library(corkwheel_options INTERFACE)
+target_compile_features(corkwheel_options INTERFACE cxx_std_20)
+target_compile_options(corkwheel_options INTERFACE -Wall -Wextra -Wpedantic)
+if(CORKWHEEL_WERROR)
+    target_compile_options(corkwheel_options INTERFACE -Werror)
+endif()
+target_compile_definitions(corkwheel_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS QT_NO_FOREACH)
+target_include_directories(corkwheel_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+
+add_library(corkwheel_sanitizers INTERFACE)
+if(CORKWHEEL_SANITIZE)
+    set(_sanitize_flags -fsanitize=address,undefined -fno-omit-frame-pointer
+        -fno-sanitize-recover=undefined)
+    target_compile_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
+    target_link_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
+endif()
+target_link_libraries(corkwheel_options INTERFACE corkwheel_sanitizers)

@@ -1,0 +1,23 @@
+# corkwheel_add_test(<name> SOURCES ... [LIBS ...] [ENV VAR=value ...])
+#
+# Builds one Qt Test executable, registers it with CTest and gives it the
+# environment every Corkwheel test expects: no real display, the C.UTF-8
+# locale and UTC unless the test asks for others.
+function(corkwheel_add_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;ENV" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE Qt6::Test corkwheel_options ${ARG_LIBS})
+    target_compile_definitions(${name} PRIVATE
+        CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
+    add_test(NAME ${name} COMMAND ${name})
+    set(_env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TZ=UTC
+        ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
+        LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp
+        UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
+    foreach(_override IN LISTS ARG_ENV)
+        string(REGEX REPLACE "=.*" "" _key "${_override}")
+        list(FILTER _env EXCLUDE REGEX "^${_key}=")
+        list(APPEND _env "${_override}")
+    endforeach()
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 120)
+endfunction()

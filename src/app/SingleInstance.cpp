@@ -1,0 +1,75 @@
+#include "app/SingleInstance.h"
+
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QLockFile>
+#include <QStandardPaths>
+
+namespace corkwheel {
+
+SingleInstance::SingleInstance(const QString& socketPath, QObject* parent)
+    : QObject(parent), m_socketPath(socketPath) {}
+
+SingleInstance::~SingleInstance() = default;
+
+QString SingleInstance::defaultSocketPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) +
+           QStringLiteral("/corkwheel.socket");
+}
+
+SingleInstance::Role SingleInstance::claim(int timeoutMs) {
+    // Two starts at the same moment must not both become the running instance.
+    QLockFile lock(m_socketPath + QStringLiteral(".lock"));
+    if (!lock.tryLock(timeoutMs))
+        return Role::Failed;
+    QLocalSocket socket;
+    socket.connectToServer(m_socketPath);
+    if (socket.waitForConnected(timeoutMs))
+        return sendOpenSettingsRequest(socket, timeoutMs) ? Role::Secondary : Role::Failed;
+    // Without a usable socket Corkwheel still runs; it only loses the second-start request.
+    listen();
+    return Role::Primary;
+}
+
+bool SingleInstance::sendOpenSettingsRequest(QLocalSocket& socket, int timeoutMs) {
+    socket.write(kOpenSettingsRequest);
+    if (!socket.waitForBytesWritten(timeoutMs))
+        return false;
+    while (!socket.canReadLine()) {
+        if (!socket.waitForReadyRead(timeoutMs))
+            return false;
+    }
+    return socket.readLine() == kAcknowledgement;
+}
+
+void SingleInstance::listen() {
+    // Nobody answered, so a socket file still there was left by a crash.
+    QLocalServer::removeServer(m_socketPath);
+    m_server = new QLocalServer(this);
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    if (m_server->listen(m_socketPath))
+        connect(m_server, &QLocalServer::newConnection, this, &SingleInstance::acceptConnections);
+}
+
+void SingleInstance::acceptConnections() {
+    while (QLocalSocket* socket = m_server->nextPendingConnection()) {
+        connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { serve(socket); });
+        serve(socket);
+    }
+}
+
+void SingleInstance::serve(QLocalSocket* socket) {
+    // Only one short line is ever expected; anything longer is not a request of ours.
+    constexpr qint64 kMaxRequestBytes = 64;
+    while (socket->canReadLine()) {
+        if (socket->readLine(kMaxRequestBytes) == kOpenSettingsRequest) {
+            Q_EMIT openSettingsRequested();
+            socket->write(kAcknowledgement);
+        }
+    }
+    if (socket->bytesAvailable() > kMaxRequestBytes)
+        socket->abort();
+}
+
+} // namespace corkwheel

@@ -1,0 +1,35 @@
+#include "app/AppDelegate.h"
+#include "app/AppSettings.h"
+#include "app/DisplaySession.h"
+#include "app/SingleInstance.h"
+
+#include <QApplication>
+#include <QTimer>
+
+using namespace corkwheel;
+
+int main(int argc, char* argv[]) {
+    DisplaySession::applyToEnvironment();
+    QApplication app(argc, argv);
+    QApplication::setOrganizationName(QStringLiteral("Corkwheel"));
+    QApplication::setApplicationName(QStringLiteral("Corkwheel"));
+    // Closing the editor leaves the panels on the desktop.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SingleInstance instance;
+    switch (instance.claim()) {
+    case SingleInstance::Role::Secondary:
+        return 0;
+    case SingleInstance::Role::Failed:
+        return 1;
+    case SingleInstance::Role::Primary:
+        break;
+    }
+
+    AppSettings settings;
+    AppDelegate delegate(settings);
+    QObject::connect(&instance, &SingleInstance::openSettingsRequested, &delegate,
+                     &AppDelegate::openSettingsWindow);
+    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    return app.exec();
+}

@@ -1,0 +1,25 @@
+#include "engine/Clock.h"
+
+#include <chrono>
+
+namespace corkwheel {
+
+namespace {
+
+class SystemClock final : public Clock {
+public:
+    QDateTime now() const override { return QDateTime::currentDateTime(); }
+    double monotonicSeconds() const override {
+        using namespace std::chrono;
+        return duration<double>(steady_clock::now().time_since_epoch()).count();
+    }
+};
+
+} // namespace
+
+const Clock& Clock::system() {
+    static const SystemClock clock;
+    return clock;
+}
+
+} // namespace corkwheel

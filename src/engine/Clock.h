@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QDateTime>
+
+namespace corkwheel {
+
+// Time as the engine sees it. Everything that reads the time takes a Clock, so tests can
+// step time by hand instead of sleeping.
+class Clock {
+public:
+    virtual ~Clock() = default;
+
+    // Wall-clock time, for dates shown to the user.
+    virtual QDateTime now() const = 0;
+    // Seconds on a clock that never jumps, for rates and intervals.
+    virtual double monotonicSeconds() const = 0;
+
+    // The real clock of this machine.
+    static const Clock& system();
+};
+
+} // namespace corkwheel

@@ -1,0 +1,74 @@
+#include "model/Panel.h"
+
+#include <QDir>
+
+namespace corkwheel {
+
+namespace {
+
+struct TypeDefaults {
+    const char16_t* name;
+    double y;
+    double width;
+    double height;
+    double refreshInterval;
+};
+
+TypeDefaults defaultsFor(PanelType type) {
+    switch (type) {
+    case PanelType::Shell:
+        return {u"Shell Command", 60, 320, 100, 5};
+    case PanelType::File:
+        return {u"File Content", 180, 320, 160, 5};
+    case PanelType::Text:
+        return {u"Text", 360, 320, 60, 60};
+    case PanelType::Clock:
+        return {u"Clock", 60, 340, 70, 1};
+    case PanelType::Image:
+        return {u"Image", 60, 240, 240, 300};
+    case PanelType::SystemStats:
+        return {u"System Stats", 60, 280, 210, 2};
+    case PanelType::Webpage:
+        return {u"Webpage", 60, 420, 300, 300};
+    }
+    return {u"", 60, 0, 0, 1};
+}
+
+QString homeDirectoryWithoutTrailingSlash() {
+    QString home = QDir::homePath();
+    while (home.endsWith(u'/'))
+        home.chop(1);
+    return home;
+}
+
+} // namespace
+
+Panel Panel::makeDefault(PanelType type) {
+    const TypeDefaults defaults = defaultsFor(type);
+    Panel panel;
+    panel.id = QUuid::createUuid();
+    panel.name = QString::fromUtf16(defaults.name);
+    panel.type = type;
+    panel.isEnabled = true;
+    panel.frame = {60, defaults.y, defaults.width, defaults.height};
+    panel.refreshInterval = defaults.refreshInterval;
+    panel.textTemplate = QStringLiteral("Hello, desktop.");
+    panel.clockFormat = QStringLiteral(u"EEEE, MMMM d  \u2022  h:mm:ss a");
+
+    switch (type) {
+    case PanelType::Shell:
+        panel.shellCommand = QStringLiteral("date");
+        break;
+    case PanelType::File:
+        panel.filePath = homeDirectoryWithoutTrailingSlash() + QStringLiteral("/.corkwheel_note.txt");
+        break;
+    case PanelType::Text:
+        panel.textTemplate = QStringLiteral("Today is {date:EEEE, MMMM d}");
+        break;
+    default:
+        break;
+    }
+    return panel;
+}
+
+} // namespace corkwheel

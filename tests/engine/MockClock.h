@@ -1,0 +1,24 @@
+#pragma once
+
+#include "engine/Clock.h"
+
+namespace corkwheel::test {
+
+// A clock that moves only when the test moves it.
+class MockClock final : public corkwheel::Clock {
+public:
+    QDateTime now() const override { return m_now; }
+    double monotonicSeconds() const override { return m_monotonic; }
+
+    void setNow(const QDateTime& now) { m_now = now; }
+    void advance(double seconds) {
+        m_monotonic += seconds;
+        m_now = m_now.addMSecs(static_cast<qint64>(seconds * 1000));
+    }
+
+private:
+    QDateTime m_now = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), QTimeZone::UTC);
+    double m_monotonic = 1000;
+};
+
+} // namespace corkwheel::test
