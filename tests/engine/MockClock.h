@@ -17,7 +17,7 @@ public:
     }
 
 private:
-    QDateTime m_now = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), QTimeZone::UTC);
+    QDateTime m_now = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), Qt::UTC);
     double m_monotonic = 1000;
 };
 
