@@ -5,9 +5,8 @@
 namespace corkwheel {
 
 AppSettings::AppSettings(QObject* parent)
-    : QObject(parent),
-      m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Corkwheel"),
-                 QStringLiteral("Corkwheel")) {
+    : QObject(parent), m_settings(QSettings::NativeFormat, QSettings::UserScope,
+                                  QStringLiteral("Corkwheel"), QStringLiteral("Corkwheel")) {
     const bool dock = m_settings.value(kShowDockIconKey, true).toBool();
     const bool menu = m_settings.value(kShowMenuBarItemKey, true).toBool();
     // Both stored off (edited by hand) would leave nothing to reach the settings with:

@@ -7,8 +7,8 @@ namespace corkwheel::DisplaySession {
 std::optional<QByteArray> forcedQpaPlatform() {
     if (!qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         return std::nullopt;
-    const bool wayland = qgetenv("XDG_SESSION_TYPE") == "wayland" ||
-                         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    const bool wayland =
+        qgetenv("XDG_SESSION_TYPE") == "wayland" || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
     if (!wayland)
         return std::nullopt;
     return QByteArrayLiteral("xcb");

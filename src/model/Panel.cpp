@@ -60,7 +60,8 @@ Panel Panel::makeDefault(PanelType type) {
         panel.shellCommand = QStringLiteral("date");
         break;
     case PanelType::File:
-        panel.filePath = homeDirectoryWithoutTrailingSlash() + QStringLiteral("/.corkwheel_note.txt");
+        panel.filePath =
+            homeDirectoryWithoutTrailingSlash() + QStringLiteral("/.corkwheel_note.txt");
         break;
     case PanelType::Text:
         panel.textTemplate = QStringLiteral("Today is {date:EEEE, MMMM d}");

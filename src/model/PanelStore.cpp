@@ -37,6 +37,7 @@ PanelStore::PanelStore(QObject* parent) : PanelStore(defaultFileLocation(), pare
 PanelStore::PanelStore(const QString& fileLocation, QObject* parent)
     : QObject(parent), m_fileLocation(fileLocation) {
     m_saveTimer.setSingleShot(true);
+    m_saveTimer.setTimerType(Qt::PreciseTimer);
     m_saveTimer.setInterval(kSaveDelayMs);
     connect(&m_saveTimer, &QTimer::timeout, this, &PanelStore::persist);
     load();

@@ -1,0 +1,52 @@
+# Shared by run.sh and test.sh: what Corkwheel needs from Debian 12, and how it is built.
+
+BUILD_PACKAGES=(
+    cmake ninja-build g++ pkg-config
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
+    qt6-image-formats-plugins
+    libgl-dev libxkbcommon-dev libicu-dev nlohmann-json3-dev
+    zsh
+)
+
+TEST_PACKAGES=(
+    xvfb openbox picom xdotool x11-utils
+    fonts-dejavu-core clang-format
+)
+
+repo_root() {
+    cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd
+}
+
+as_root() {
+    if [[ $(id -u) -eq 0 ]]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+# Installs only the packages that are not installed yet, so a second run costs nothing.
+install_missing_packages() {
+    local missing=()
+    local package
+    for package in "$@"; do
+        if ! dpkg-query -W -f='${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii'; then
+            missing+=("$package")
+        fi
+    done
+    if [[ ${#missing[@]} -eq 0 ]]; then
+        return 0
+    fi
+    echo "Installing: ${missing[*]}"
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get update -q
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+        "${missing[@]}"
+}
+
+# configure_and_build <build dir> [cmake options...]
+configure_and_build() {
+    local build_dir=$1
+    shift
+    cmake -S "$(repo_root)" -B "$build_dir" -G Ninja "$@"
+    cmake --build "$build_dir"
+}

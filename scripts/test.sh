@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds Corkwheel and its tests into build/ and runs the whole
+# suite with ctest on a virtual display (Xvfb with openbox and picom) that it starts and
+# stops itself.
+#
+#   scripts/test.sh              the normal build, in build/
+#   scripts/test.sh --sanitize   AddressSanitizer + UndefinedBehaviorSanitizer, in build-asan/
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
+root=$(repo_root)
+
+build_dir="$root/build"
+options=(-DCORKWHEEL_WERROR=ON)
+if [[ "${1:-}" == "--sanitize" ]]; then
+    build_dir="$root/build-asan"
+    options+=(-DCORKWHEEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug -DCORKWHEEL_BUILD_BENCH=OFF)
+fi
+
+install_missing_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
+configure_and_build "$build_dir" "${options[@]}"
+
+start_virtual_desktop
+trap stop_virtual_desktop EXIT
+ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)"

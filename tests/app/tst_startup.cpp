@@ -1,0 +1,123 @@
+// Runs the real corkwheel binary with empty XDG folders of its own.
+
+#include "model/PanelDocument.h"
+#include "model/PanelStore.h"
+
+#include <QFile>
+#include <QLocalSocket>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace corkwheel;
+
+class StartupTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir* m_home = nullptr;
+
+    QProcessEnvironment environment() const {
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.insert(QStringLiteral("XDG_DATA_HOME"), m_home->filePath(QStringLiteral("data")));
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral("config")));
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home->filePath(QStringLiteral("runtime")));
+        return env;
+    }
+
+    QString documentPath() const {
+        return m_home->filePath(QStringLiteral("data/Corkwheel/panels.json"));
+    }
+
+    void start(QProcess& process) {
+        process.setProcessEnvironment(environment());
+        process.setProgram(QStringLiteral(CORKWHEEL_BINARY));
+        process.start();
+        QVERIFY(process.waitForStarted());
+    }
+
+    // Connecting without a request is harmless and tells that the first start is ready.
+    bool isListening() const {
+        QLocalSocket probe;
+        probe.connectToServer(m_home->filePath(QStringLiteral("runtime/corkwheel.socket")));
+        return probe.waitForConnected(100);
+    }
+
+    static void stop(QProcess& process) {
+        process.terminate();
+        if (!process.waitForFinished(5000))
+            process.kill();
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_home = new QTemporaryDir;
+        QVERIFY(m_home->isValid());
+        QDir(m_home->path()).mkpath(QStringLiteral("runtime"));
+        QFile::setPermissions(m_home->filePath(QStringLiteral("runtime")),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                  QFileDevice::ExeOwner);
+    }
+
+    void cleanup() {
+        delete m_home;
+        m_home = nullptr;
+    }
+
+    void firstStartWritesTheStarterDocument() {
+        QProcess corkwheel;
+        start(corkwheel);
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(documentPath()), 5000);
+        QTest::qWait(100); // the write is atomic, but give the rename a moment to be seen
+        QFile file(documentPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const auto panels = PanelDocument::decode(file.readAll());
+        QVERIFY(panels);
+        QCOMPARE(panels->size(), 3);
+        QList<Panel> expected = PanelStore::starterPanels();
+        for (qsizetype i = 0; i < expected.size(); ++i) {
+            Panel onDisk = panels->at(i);
+            onDisk.id = expected[i].id;
+            QCOMPARE(onDisk, expected[i]);
+        }
+        QCOMPARE(QFile::permissions(documentPath()) &
+                     ~(QFileDevice::ReadUser | QFileDevice::WriteUser),
+                 QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        stop(corkwheel);
+    }
+
+    void secondStartHandsOverAndExits() {
+        QProcess first;
+        start(first);
+        QTRY_VERIFY_WITH_TIMEOUT(isListening(), 5000);
+
+        QProcess second;
+        start(second);
+        QVERIFY(second.waitForFinished(10000));
+        QCOMPARE(second.exitStatus(), QProcess::NormalExit);
+        // Exit status 0 comes only after the first instance acknowledged the request.
+        QCOMPARE(second.exitCode(), 0);
+        QCOMPARE(first.state(), QProcess::Running);
+        stop(first);
+    }
+
+    void keptDocumentIsNotRewrittenAtStart() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Text)};
+        QDir().mkpath(QFileInfo(documentPath()).absolutePath());
+        QFile file(documentPath());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(*PanelDocument::encode(panels));
+        file.close();
+        const QDateTime written = QFileInfo(documentPath()).lastModified();
+
+        QProcess corkwheel;
+        start(corkwheel);
+        QTest::qWait(1000);
+        QCOMPARE(QFileInfo(documentPath()).lastModified(), written);
+        stop(corkwheel);
+    }
+};
+
+QTEST_GUILESS_MAIN(StartupTest)
+#include "tst_startup.moc"

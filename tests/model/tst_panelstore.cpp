@@ -1,0 +1,327 @@
+#include "model/PanelDocument.h"
+#include "model/PanelStore.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <limits>
+
+using namespace corkwheel;
+
+namespace {
+
+QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void writeFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+}
+
+// Drops the ids, which are random, so lists can be compared with the starter panels.
+QList<Panel> withoutIds(QList<Panel> panels) {
+    for (Panel& panel : panels)
+        panel.id = QUuid();
+    return panels;
+}
+
+} // namespace
+
+class PanelStoreTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir* m_dataHome = nullptr;
+
+    QString documentPath() const {
+        return m_dataHome->path() + QStringLiteral("/Corkwheel/panels.json");
+    }
+
+    void writeDocument(const QList<Panel>& panels) {
+        QDir().mkpath(QFileInfo(documentPath()).absolutePath());
+        writeFile(documentPath(), *PanelDocument::encode(panels));
+    }
+
+    std::optional<QList<Panel>> documentOnDisk() const {
+        return PanelDocument::decode(readFile(documentPath()));
+    }
+
+    // Waits long enough for a pending 0.4 s save to have happened.
+    static void waitPastSaveDelay() { QTest::qWait(PanelStore::kSaveDelayMs + 300); }
+
+private Q_SLOTS:
+    void init() {
+        m_dataHome = new QTemporaryDir;
+        QVERIFY(m_dataHome->isValid());
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome->path()));
+    }
+
+    void cleanup() {
+        delete m_dataHome;
+        m_dataHome = nullptr;
+    }
+
+    void documentLivesInXdgDataHome() {
+        QCOMPARE(PanelStore::defaultFileLocation(), documentPath());
+    }
+
+    void starterPanelsAreClockSystemStatsUptime() {
+        const QList<Panel> starters = PanelStore::starterPanels();
+        QCOMPARE(starters.size(), 3);
+
+        Panel clock = Panel::makeDefault(PanelType::Clock);
+        clock.frame = {40, 40, 360, 80};
+        clock.style.fontSize = 28;
+        Panel stats = Panel::makeDefault(PanelType::SystemStats);
+        stats.frame = {40, 140, 280, 210};
+        stats.style.showGlassBackground = true;
+        Panel uptime = Panel::makeDefault(PanelType::Shell);
+        uptime.name = QStringLiteral("Uptime");
+        uptime.frame = {40, 370, 420, 60};
+        uptime.shellCommand = QStringLiteral("uptime");
+
+        QCOMPARE(withoutIds(starters), withoutIds({clock, stats, uptime}));
+        QCOMPARE(starters[0].name, QStringLiteral("Clock"));
+        QCOMPARE(starters[1].name, QStringLiteral("System Stats"));
+        QCOMPARE(starters[1].refreshInterval, 2.0);
+        QCOMPARE(starters[2].refreshInterval, 5.0);
+    }
+
+    void firstLaunchSeedsStarterPanelsAndWritesThemLater() {
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QCOMPARE(withoutIds(store.panels()), withoutIds(PanelStore::starterPanels()));
+        QVERIFY(!QFile::exists(documentPath()));
+
+        QVERIFY(written.wait(2000));
+        QCOMPARE(written.count(), 1);
+        QCOMPARE(documentOnDisk(), store.panels());
+    }
+
+    void documentMissingGlassKeyIsReplacedByStarterPanels() {
+        QList<Panel> panels = {Panel::makeDefault(PanelType::Text),
+                               Panel::makeDefault(PanelType::Image)};
+        writeDocument(panels);
+        QByteArray broken = readFile(documentPath());
+        broken.replace(broken.lastIndexOf("\"showGlassBackground\":false,"), 28, "");
+        writeFile(documentPath(), broken);
+
+        QElapsedTimer sinceStart;
+        sinceStart.start();
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QCOMPARE(withoutIds(store.panels()), withoutIds(PanelStore::starterPanels()));
+        QCOMPARE(readFile(documentPath()), broken);
+
+        QVERIFY(written.wait(2000));
+        QVERIFY(sinceStart.elapsed() >= 390);
+        QCOMPARE(documentOnDisk(), store.panels());
+    }
+
+    void readableDocumentLoadsWithoutWriting() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Webpage)};
+        writeDocument(panels);
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QCOMPARE(store.panels(), panels);
+        waitPastSaveDelay();
+        QCOMPARE(written.count(), 0);
+    }
+
+    void sevenAddsCascadeAndStartAgainAtTheSixth() {
+        writeDocument({});
+        PanelStore store;
+        QVERIFY(store.panels().isEmpty());
+        for (int i = 0; i < 7; ++i)
+            store.addPanel(PanelType::Clock);
+        const double expected[] = {60, 84, 108, 132, 156, 180, 60};
+        QCOMPARE(store.panels().size(), 7);
+        for (int i = 0; i < 7; ++i) {
+            QCOMPARE(store.panels()[i].frame.x, expected[i]);
+            QCOMPARE(store.panels()[i].frame.y, expected[i]);
+        }
+    }
+
+    void cascadeIsAddedToEachTypesOwnOrigin() {
+        writeDocument({Panel::makeDefault(PanelType::Shell)});
+        PanelStore store;
+        store.addPanel(PanelType::Text);
+        QCOMPARE(store.panels().last().frame, (PanelFrame{84, 384, 320, 60}));
+        QCOMPARE(store.panels().last().type, PanelType::Text);
+    }
+
+    void addingSavesOnce() {
+        writeDocument({});
+        PanelStore store;
+        QSignalSpy changed(&store, &PanelStore::panelsChanged);
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.addPanel(PanelType::File);
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk(), store.panels());
+    }
+
+    void fiftyFrameUpdatesGiveOneWriteAfterTheLast() {
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QVERIFY(written.wait(2000)); // the seeding write
+        const QUuid id = store.panels().first().id;
+
+        QSignalSpy changed(&store, &PanelStore::panelsChanged);
+        QElapsedTimer sinceLast;
+        for (int step = 0; step < 50; ++step) {
+            store.updateFrame(id, {100.0 + step, 200, 300, 90});
+            sinceLast.start();
+            QTest::qWait(6); // 50 steps within 0.3 s
+        }
+        QCOMPARE(changed.count(), 50);
+        QVERIFY(written.wait(2000));
+        QVERIFY(sinceLast.elapsed() >= 390);
+        waitPastSaveDelay();
+        QCOMPARE(written.count(), 2);
+        QCOMPARE(documentOnDisk()->first().frame, (PanelFrame{149, 200, 300, 90}));
+    }
+
+    void updateFrameChangesOnlyTheFrame() {
+        PanelStore store;
+        const Panel before = store.panels()[1];
+        store.updateFrame(before.id, {1, 2, 3, 4});
+        Panel expected = before;
+        expected.frame = {1, 2, 3, 4};
+        QCOMPARE(store.panels()[1], expected);
+    }
+
+    void removeDropsEveryPanelWithThatId() {
+        Panel shared = Panel::makeDefault(PanelType::Shell);
+        Panel twin = Panel::makeDefault(PanelType::Text);
+        twin.id = shared.id;
+        const Panel other = Panel::makeDefault(PanelType::Clock);
+        writeDocument({shared, other, twin});
+        PanelStore store;
+        QSignalSpy changed(&store, &PanelStore::panelsChanged);
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.removePanel(shared.id);
+        QCOMPARE(store.panels(), QList<Panel>{other});
+        QCOMPARE(changed.count(), 1);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk(), QList<Panel>{other});
+    }
+
+    void removeWithUnknownIdStillSaves() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Shell)};
+        writeDocument(panels);
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.removePanel(QUuid::createUuid());
+        QCOMPARE(store.panels(), panels);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk(), panels);
+    }
+
+    void updateWithUnknownIdChangesNothingAndWritesNothing() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Shell)};
+        writeDocument(panels);
+        PanelStore store;
+        QSignalSpy changed(&store, &PanelStore::panelsChanged);
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.update(Panel::makeDefault(PanelType::Shell));
+        store.updateFrame(QUuid::createUuid(), {1, 2, 3, 4});
+        QCOMPARE(store.panels(), panels);
+        waitPastSaveDelay();
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(written.count(), 0);
+    }
+
+    void updateReplacesTheWholePanel() {
+        PanelStore store;
+        Panel changed = store.panels()[2];
+        changed.name = QStringLiteral("Load");
+        changed.shellCommand = QStringLiteral("cat /proc/loadavg");
+        changed.style.textAlignment = TextAlignmentOption::Trailing;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.update(changed);
+        QCOMPARE(store.panels()[2], changed);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk()->at(2), changed);
+    }
+
+    void flagsAreNeverWrittenNorRemembered() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Clock)};
+        writeDocument(panels);
+        {
+            PanelStore store;
+            QVERIFY(!store.isEditMode());
+            QVERIFY(!store.panelsHidden());
+            QSignalSpy edit(&store, &PanelStore::isEditModeChanged);
+            QSignalSpy hidden(&store, &PanelStore::panelsHiddenChanged);
+            QSignalSpy written(&store, &PanelStore::documentWritten);
+            store.setEditMode(true);
+            store.setPanelsHidden(true);
+            QCOMPARE(edit.count(), 1);
+            QCOMPARE(hidden.count(), 1);
+            QVERIFY(store.isEditMode() && store.panelsHidden());
+            waitPastSaveDelay();
+            QCOMPARE(written.count(), 0);
+        }
+        QCOMPARE(readFile(documentPath()), *PanelDocument::encode(panels));
+        PanelStore relaunched;
+        QVERIFY(!relaunched.isEditMode());
+        QVERIFY(!relaunched.panelsHidden());
+    }
+
+    void nonFiniteNumberSkipsThatSaveOnly() {
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QVERIFY(written.wait(2000));
+        const QByteArray before = readFile(documentPath());
+
+        Panel broken = store.panels().first();
+        broken.refreshInterval = std::numeric_limits<double>::infinity();
+        store.update(broken);
+        waitPastSaveDelay();
+        QCOMPARE(written.count(), 1);
+        QCOMPARE(readFile(documentPath()), before);
+
+        broken.refreshInterval = 3;
+        store.update(broken);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk()->first().refreshInterval, 3.0);
+    }
+
+    void documentAndFolderAreReadableByTheOwnerAlone() {
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QVERIFY(written.wait(2000));
+        const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+        const auto fileBits =
+            QFile::permissions(documentPath()) & ~(QFileDevice::ReadUser | QFileDevice::WriteUser);
+        QCOMPARE(fileBits, owner);
+        const QString folder = QFileInfo(documentPath()).absolutePath();
+        const auto others = QFileDevice::ReadGroup | QFileDevice::WriteGroup |
+                            QFileDevice::ExeGroup | QFileDevice::ReadOther |
+                            QFileDevice::WriteOther | QFileDevice::ExeOther;
+        QCOMPARE(QFile::permissions(folder) & others, QFileDevice::Permissions());
+    }
+
+    void unwritableLocationKeepsPanelsInMemory() {
+        // The data "folder" is a plain file, so neither the folder nor the document can be made.
+        writeFile(m_dataHome->path() + QStringLiteral("/Corkwheel"), "not a folder");
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        QCOMPARE(store.panels().size(), 3);
+        store.addPanel(PanelType::Text);
+        waitPastSaveDelay();
+        QCOMPARE(written.count(), 0);
+        QCOMPARE(store.panels().size(), 4);
+    }
+};
+
+QTEST_GUILESS_MAIN(PanelStoreTest)
+#include "tst_panelstore.moc"
