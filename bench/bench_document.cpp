@@ -8,7 +8,10 @@
 #include "model/PanelStore.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QTemporaryDir>
+
+#include <nlohmann/json.hpp>
 
 using namespace corkwheel;
 
@@ -36,6 +39,10 @@ void benchDocument(int count) {
     bench::measure(label, rounds, [&] { (void)PanelDocument::encode(panels); });
     std::snprintf(label, sizeof label, "decode %d panels", count);
     bench::measure(label, rounds, [&] { (void)PanelDocument::decode(document); });
+    // What the JSON parser alone costs on the same bytes: the floor under decoding.
+    std::snprintf(label, sizeof label, "  nlohmann::json::accept, same bytes");
+    bench::measure(label, rounds,
+                   [&] { (void)nlohmann::json::accept(document.begin(), document.end()); });
 }
 
 void benchUpdateFrame() {

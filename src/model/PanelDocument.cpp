@@ -1,5 +1,7 @@
 #include "model/PanelDocument.h"
 
+#include "model/PanelListReader.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cmath>
@@ -10,8 +12,6 @@ namespace corkwheel::PanelDocument {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-// ---- encoding ----------------------------------------------------------------------
 
 // Thrown only inside encode() and caught there: a non-finite number anywhere aborts the
 // whole document.
@@ -97,121 +97,6 @@ QByteArray escapeSolidus(const std::string& text) {
     return out;
 }
 
-// ---- decoding ----------------------------------------------------------------------
-
-// Each reader returns false when the key is missing or holds the wrong JSON type.
-
-const Json* member(const Json& object, const char* key) {
-    const auto it = object.find(key);
-    return it == object.end() ? nullptr : &*it;
-}
-
-bool readNumber(const Json& object, const char* key, double& out) {
-    const Json* value = member(object, key);
-    if (!value || !value->is_number())
-        return false;
-    out = value->get<double>();
-    return true;
-}
-
-bool readBool(const Json& object, const char* key, bool& out) {
-    const Json* value = member(object, key);
-    if (!value || !value->is_boolean())
-        return false;
-    out = value->get<bool>();
-    return true;
-}
-
-bool readString(const Json& object, const char* key, QString& out) {
-    const Json* value = member(object, key);
-    if (!value || !value->is_string())
-        return false;
-    out = QString::fromStdString(value->get_ref<const std::string&>());
-    return true;
-}
-
-bool readObject(const Json& object, const char* key, const Json*& out) {
-    out = member(object, key);
-    return out && out->is_object();
-}
-
-bool isHexDigit(QChar c) {
-    const char16_t u = c.unicode();
-    return (u >= u'0' && u <= u'9') || (u >= u'a' && u <= u'f') || (u >= u'A' && u <= u'F');
-}
-
-// Only the canonical 36-character hyphenated form, in either case.
-bool parseUuid(const QString& text, QUuid& out) {
-    if (text.size() != 36)
-        return false;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const bool hyphenPlace = i == 8 || i == 13 || i == 18 || i == 23;
-        if (hyphenPlace ? text.at(i) != u'-' : !isHexDigit(text.at(i)))
-            return false;
-    }
-    out = QUuid::fromString(text);
-    return true;
-}
-
-bool decodeColor(const Json& parent, const char* key, CodableColor& color) {
-    const Json* json = nullptr;
-    return readObject(parent, key, json) && readNumber(*json, "red", color.red) &&
-           readNumber(*json, "green", color.green) && readNumber(*json, "blue", color.blue) &&
-           readNumber(*json, "alpha", color.alpha);
-}
-
-bool decodeFrame(const Json& parent, PanelFrame& frame) {
-    const Json* json = nullptr;
-    return readObject(parent, "frame", json) && readNumber(*json, "x", frame.x) &&
-           readNumber(*json, "y", frame.y) && readNumber(*json, "width", frame.width) &&
-           readNumber(*json, "height", frame.height);
-}
-
-bool decodeStyle(const Json& parent, PanelStyle& style) {
-    const Json* json = nullptr;
-    QString alignment;
-    if (!readObject(parent, "style", json) || !readString(*json, "fontName", style.fontName) ||
-        !readNumber(*json, "fontSize", style.fontSize) ||
-        !decodeColor(*json, "textColor", style.textColor) ||
-        !decodeColor(*json, "backgroundColor", style.backgroundColor) ||
-        !readBool(*json, "showShadow", style.showShadow) ||
-        !readBool(*json, "showGlassBackground", style.showGlassBackground) ||
-        !readNumber(*json, "cornerRadius", style.cornerRadius) ||
-        !readNumber(*json, "opacity", style.opacity) ||
-        !readString(*json, "textAlignment", alignment))
-        return false;
-    const auto option = textAlignmentFromRaw(alignment);
-    if (!option)
-        return false;
-    style.textAlignment = *option;
-    return true;
-}
-
-std::optional<Panel> decodePanel(const Json& json) {
-    if (!json.is_object())
-        return std::nullopt;
-    Panel panel;
-    QString id;
-    QString type;
-    if (!readString(json, "id", id) || !parseUuid(id, panel.id) ||
-        !readString(json, "name", panel.name) || !readString(json, "type", type) ||
-        !readBool(json, "isEnabled", panel.isEnabled) || !decodeFrame(json, panel.frame) ||
-        !decodeStyle(json, panel.style) ||
-        !readNumber(json, "refreshInterval", panel.refreshInterval) ||
-        !readString(json, "shellCommand", panel.shellCommand) ||
-        !readString(json, "filePath", panel.filePath) ||
-        !readString(json, "textTemplate", panel.textTemplate) ||
-        !readString(json, "clockFormat", panel.clockFormat) ||
-        !readString(json, "imageSource", panel.imageSource) ||
-        !readString(json, "webpageURL", panel.webpageURL))
-        return std::nullopt;
-    const auto panelType = panelTypeFromRaw(type);
-    if (!panelType)
-        return std::nullopt;
-    panel.type = *panelType;
-    return panel;
-}
-
 } // namespace
 
 std::optional<QByteArray> encode(const QList<Panel>& panels) {
@@ -226,19 +111,7 @@ std::optional<QByteArray> encode(const QList<Panel>& panels) {
 }
 
 std::optional<QList<Panel>> decode(const QByteArray& document) {
-    const Json json = Json::parse(document.begin(), document.end(), nullptr,
-                                  /*allow_exceptions=*/false);
-    if (json.is_discarded() || !json.is_array())
-        return std::nullopt;
-    QList<Panel> panels;
-    panels.reserve(static_cast<qsizetype>(json.size()));
-    for (const Json& element : json) {
-        auto panel = decodePanel(element);
-        if (!panel)
-            return std::nullopt;
-        panels.append(std::move(*panel));
-    }
-    return panels;
+    return readPanelList(document);
 }
 
 } // namespace corkwheel::PanelDocument
