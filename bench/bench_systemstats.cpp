@@ -1,0 +1,77 @@
+// CPU time of one full system-stats refresh on this machine: a memory, CPU and volume
+// reading plus a network sample, as a system-stats panel takes them on every refresh.
+//
+//   build/bench/bench_systemstats [iterations]
+
+#include "engine/NetworkStatsSampler.h"
+#include "engine/SystemStatsSample.h"
+#include "engine/SystemStatsSampler.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <numeric>
+#include <vector>
+
+using namespace corkwheel;
+
+namespace {
+
+double processCpuMicros() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
+}
+
+double wallMicros() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
+}
+
+// What the runner does on each refresh of a system-stats panel.
+SystemStatsSample refresh() {
+    SystemStatsSampler& sampler = SystemStatsSampler::shared();
+    const MemoryReading memory = sampler.sampleMemory();
+    const double cpu = sampler.sampleCPU();
+    SystemStatsSample sample{cpu, memory.usedFraction, memory.usedGB, memory.totalGB,
+                             sampler.sampleDisks()};
+    (void)NetworkStatsSampler::shared().sample();
+    return sample;
+}
+
+void report(const char* label, std::vector<double> micros) {
+    std::sort(micros.begin(), micros.end());
+    const double mean = std::accumulate(micros.begin(), micros.end(), 0.0) / double(micros.size());
+    std::printf("%-22s median %8.1f us   mean %8.1f us   p99 %8.1f us   max %8.1f us\n", label,
+                micros[micros.size() / 2], mean, micros[micros.size() * 99 / 100], micros.back());
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    const int iterations = argc > 1 ? std::max(1, std::atoi(argv[1])) : 1000;
+
+    const SystemStatsSample first = refresh(); // warm-up: first-use set-up is not measured
+    std::printf("%d volume(s), %.1f GB memory; %d refreshes\n", int(first.disks.size()),
+                first.memoryTotalGB, iterations);
+
+    std::vector<double> cpu;
+    std::vector<double> wall;
+    cpu.reserve(size_t(iterations));
+    wall.reserve(size_t(iterations));
+    for (int i = 0; i < iterations; ++i) {
+        const double cpuStart = processCpuMicros();
+        const double wallStart = wallMicros();
+        (void)refresh();
+        cpu.push_back(processCpuMicros() - cpuStart);
+        wall.push_back(wallMicros() - wallStart);
+    }
+    report("refresh, CPU time", cpu);
+    report("refresh, wall time", wall);
+    return 0;
+}

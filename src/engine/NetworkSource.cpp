@@ -1,0 +1,50 @@
+#include "engine/NetworkSource.h"
+
+#include <ifaddrs.h>
+#include <memory>
+
+namespace corkwheel {
+
+namespace {
+
+InterfaceAddress interfaceAddress(const ifaddrs& entry) {
+    return InterfaceAddress{QString::fromLocal8Bit(entry.ifa_name), entry.ifa_flags,
+                            entry.ifa_addr ? int(entry.ifa_addr->sa_family) : -1};
+}
+
+class RealNetworkSource final : public NetworkSource {
+public:
+    std::optional<QByteArray> readFile(const QString& path) const override {
+        return files().readFile(path);
+    }
+    bool exists(const QString& path) const override { return files().exists(path); }
+    QString canonicalPath(const QString& path) const override {
+        return files().canonicalPath(path);
+    }
+    QStringList entryNames(const QString& directory) const override {
+        return files().entryNames(directory);
+    }
+
+    QList<InterfaceAddress> interfaceAddresses() const override {
+        ifaddrs* first = nullptr;
+        if (::getifaddrs(&first) != 0)
+            return {};
+        const std::unique_ptr<ifaddrs, void (*)(ifaddrs*)> list(first, &::freeifaddrs);
+        QList<InterfaceAddress> addresses;
+        for (const ifaddrs* entry = first; entry != nullptr; entry = entry->ifa_next)
+            addresses.append(interfaceAddress(*entry));
+        return addresses;
+    }
+
+private:
+    static const KernelFiles& files() { return KernelFiles::real(); }
+};
+
+} // namespace
+
+const NetworkSource& NetworkSource::real() {
+    static const RealNetworkSource source;
+    return source;
+}
+
+} // namespace corkwheel

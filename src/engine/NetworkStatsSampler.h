@@ -1,0 +1,49 @@
+#pragma once
+
+#include "engine/Clock.h"
+#include "engine/InterfaceCounters.h"
+#include "engine/NetworkSample.h"
+#include "engine/NetworkSource.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace corkwheel {
+
+// Measures the throughput of the primary network interface. One instance serves every
+// system-stats panel, so each rate covers the time since the previous sample taken for any
+// panel. Main thread only: the baseline is unguarded.
+class NetworkStatsSampler {
+public:
+    NetworkStatsSampler(const NetworkSource& source, const Clock& clock);
+    NetworkStatsSampler(const NetworkStatsSampler&) = delete;
+    NetworkStatsSampler& operator=(const NetworkStatsSampler&) = delete;
+
+    // The process-wide instance, reading this machine.
+    static NetworkStatsSampler& shared();
+
+    // One measurement. The first on an interface (at start, after a change of interface or
+    // after a spell without network) is a baseline with rates 0.
+    NetworkSample sample();
+
+    // Rates are never divided by less than this, so two samples in quick succession can't
+    // turn a few bytes into a spike.
+    static constexpr double kMinimumInterval = 0.1;
+
+private:
+    std::optional<QString> primaryInterfaceName() const;
+    NetworkSample noNetwork(double now);
+    bool hasBaselineFor(const QString& interfaceName) const;
+    // Bytes per second from the baseline to `counters`; 0 in a direction whose counter went
+    // backwards (interface reset).
+    void measureRates(NetworkSample& sample, const InterfaceCounters& counters, double now) const;
+
+    const NetworkSource& m_source;
+    const Clock& m_clock;
+    std::optional<QString> m_lastInterfaceName;
+    std::optional<InterfaceCounters> m_lastCounters;
+    std::optional<double> m_lastTime;
+};
+
+} // namespace corkwheel

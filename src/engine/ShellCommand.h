@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QProcess>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+
+namespace corkwheel {
+
+// One run of a shell panel's command, as "/bin/zsh -l -c <command>" (a login shell, so the
+// user's profile is read) with the application's environment and working directory. The
+// event loop drives the process, so no thread waits for it.
+//
+// The text shown is the trimmed standard output, or the trimmed standard error when the
+// output is empty; the exit status doesn't matter. Each stream keeps its first
+// kMaxKeptBytes and drains the rest, so a command that never stops writing can't eat the
+// application's memory. Output that isn't valid UTF-8 counts as empty.
+//
+// The shell leads a process group of its own. At the time limit the whole group gets
+// SIGTERM, then SIGKILL after kKillGrace, and the run ends with "error: command timed out";
+// nothing the command started outlives the run. Destroying a run that is still under way
+// kills its whole group at once and reports nothing.
+class ShellCommand : public QObject {
+    Q_OBJECT
+
+public:
+    explicit ShellCommand(const QString& command, QObject* parent = nullptr);
+    ~ShellCommand() override;
+
+    // Launches the command once; finished() follows exactly once, from the event loop.
+    // A receiver that wants to get rid of the run uses deleteLater().
+    void start();
+
+    // Runs `command` to its end or to the time limit, spinning an event loop of its own,
+    // and returns the text finished() would carry.
+    static QString execute(const QString& command);
+
+    static constexpr std::chrono::milliseconds kTimeLimit{10'000};
+    static constexpr std::chrono::milliseconds kKillGrace{500};
+    static constexpr qsizetype kMaxKeptBytes = 1024 * 1024;
+
+    // Test hooks; they apply to runs created afterwards.
+    static void setTimeLimitForTesting(std::chrono::milliseconds limit);
+    static void setShellProgramForTesting(const QString& program);
+
+Q_SIGNALS:
+    void finished(const QString& text);
+
+private:
+    // What is kept of one stream: a prefix of at most kMaxKeptBytes, cut before a
+    // character the limit would split.
+    struct KeptOutput {
+        QByteArray bytes;
+        bool full = false;
+    };
+
+    void onProcessError(QProcess::ProcessError error);
+    void onProcessFinished();
+    void onTimeLimit();
+    void keepAvailableOutput();
+    QString outputText() const;
+    void signalProcessGroup(int signal);
+    void report(const QString& text);
+
+    QProcess m_process;
+    QTimer m_timeLimit;
+    QTimer m_killGrace;
+    KeptOutput m_stdout;
+    KeptOutput m_stderr;
+    qint64 m_processGroup = 0;
+    bool m_started = false;
+    bool m_timedOut = false;
+    bool m_reported = false;
+};
+
+} // namespace corkwheel

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "engine/KernelFiles.h"
+#include "engine/VolumeCapacity.h"
+
+#include <optional>
+
+namespace corkwheel {
+
+// Everything the system statistics are read from: the kernel's files plus the capacity of
+// mounted file systems.
+class SystemSource : public KernelFiles {
+public:
+    // Nothing when the file system at the mount point can't be asked.
+    virtual std::optional<VolumeCapacity> capacity(const QString& mountPoint) const = 0;
+
+    // This machine.
+    static const SystemSource& real();
+};
+
+} // namespace corkwheel

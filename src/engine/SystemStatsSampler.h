@@ -1,0 +1,38 @@
+#pragma once
+
+#include "engine/CpuTicks.h"
+#include "engine/DiskInfo.h"
+#include "engine/MemoryReading.h"
+#include "engine/SystemSource.h"
+
+#include <QList>
+
+#include <optional>
+
+namespace corkwheel {
+
+// Takes readings of CPU load, memory and mounted volumes. One instance serves every
+// system-stats panel, so a CPU reading covers the time since the previous reading taken
+// for any panel. Main thread only: the CPU baseline is unguarded.
+class SystemStatsSampler {
+public:
+    explicit SystemStatsSampler(const SystemSource& source);
+    SystemStatsSampler(const SystemStatsSampler&) = delete;
+    SystemStatsSampler& operator=(const SystemStatsSampler&) = delete;
+
+    // The process-wide instance, reading this machine.
+    static SystemStatsSampler& shared();
+
+    // Busy share of the CPU since the previous call, 0..1. The first call gives 0, and so
+    // does a failed read, which leaves the baseline as it was.
+    double sampleCPU();
+    MemoryReading sampleMemory();
+    // The user-visible volumes, internal ones first.
+    QList<DiskInfo> sampleDisks();
+
+private:
+    const SystemSource& m_source;
+    std::optional<CpuTicks> m_previousCPUTicks;
+};
+
+} // namespace corkwheel

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "FakeKernelFiles.h"
+#include "engine/SystemSource.h"
+
+#include <QHash>
+
+namespace corkwheel::test {
+
+// A machine made up by the test: files plus the capacity of each mount point.
+class FakeSystemSource final : public FakeKernelFiles<corkwheel::SystemSource> {
+public:
+    std::optional<corkwheel::VolumeCapacity> capacity(const QString& mountPoint) const override {
+        const auto it = m_capacities.constFind(mountPoint);
+        if (it == m_capacities.cend())
+            return std::nullopt;
+        return *it;
+    }
+
+    void setCapacity(const QString& mountPoint, quint64 totalBytes, quint64 availableBytes) {
+        m_capacities.insert(mountPoint, corkwheel::VolumeCapacity{totalBytes, availableBytes});
+    }
+    void removeCapacity(const QString& mountPoint) { m_capacities.remove(mountPoint); }
+
+private:
+    QHash<QString, corkwheel::VolumeCapacity> m_capacities;
+};
+
+} // namespace corkwheel::test

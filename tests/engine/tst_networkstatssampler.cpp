@@ -1,0 +1,208 @@
+#include "FakeNetworkSource.h"
+#include "FixtureFile.h"
+#include "MockClock.h"
+#include "engine/NetworkStatsSampler.h"
+
+#include <QTest>
+
+#include <net/if.h>
+#include <sys/socket.h>
+
+using namespace corkwheel;
+using corkwheel::test::FakeNetworkSource;
+using corkwheel::test::fixtureFile;
+using corkwheel::test::MockClock;
+
+namespace {
+
+const QString kRoutes = QStringLiteral("/proc/net/route");
+const QString kWifi = QStringLiteral("wlp2s0");
+const QString kEthernet = QStringLiteral("enp0s31f6");
+
+QString netPath(const QString& interfaceName, const char* entry) {
+    return QStringLiteral("/sys/class/net/%1/%2").arg(interfaceName, QString::fromUtf8(entry));
+}
+
+void setRoutes(FakeNetworkSource& source, const char* fixture) {
+    source.setFile(kRoutes, fixtureFile(QString::fromUtf8(fixture)));
+}
+
+void setCounters(FakeNetworkSource& source, const QString& interfaceName, quint64 rx, quint64 tx) {
+    source.setFile(netPath(interfaceName, "statistics/rx_bytes"), QByteArray::number(rx) + '\n');
+    source.setFile(netPath(interfaceName, "statistics/tx_bytes"), QByteArray::number(tx) + '\n');
+}
+
+// A laptop with a Wi-Fi card and an Ethernet port, as sysfs describes them, online over
+// Wi-Fi.
+void setUpLaptop(FakeNetworkSource& source) {
+    source.setDirectory(netPath(kWifi, "wireless"));
+    source.setFile(netPath(kWifi, "uevent"), fixtureFile(QStringLiteral("sys/uevent-wifi.txt")));
+    source.setFile(netPath(kWifi, "type"), "1\n");
+    source.setLink(netPath(kWifi, "device"),
+                   QStringLiteral("/sys/devices/pci0000:00/0000:02:00.0"));
+    source.setFile(netPath(kEthernet, "uevent"),
+                   fixtureFile(QStringLiteral("sys/uevent-ethernet.txt")));
+    source.setFile(netPath(kEthernet, "type"), "1\n");
+    source.setLink(netPath(kEthernet, "device"),
+                   QStringLiteral("/sys/devices/pci0000:00/0000:00:1f.6"));
+    setRoutes(source, "proc/net-route-wifi.txt");
+    setCounters(source, kWifi, 5'000'000, 800'000);
+    setCounters(source, kEthernet, 90'000'000, 7'000'000);
+}
+
+NetworkSample wifi(double down, double up) {
+    return {QStringLiteral("Wi-Fi"), NetworkInterfaceKind::Wifi, down, up};
+}
+
+NetworkSample ethernet(double down, double up) {
+    return {QStringLiteral("Ethernet"), NetworkInterfaceKind::Ethernet, down, up};
+}
+
+const NetworkSample kNoNetwork{QStringLiteral("No Network"), NetworkInterfaceKind::Other, 0, 0};
+
+} // namespace
+
+class TestNetworkStatsSampler : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void firstSampleIsZeroRateWithNameAndKind() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        QCOMPARE(sampler.sample(), wifi(0, 0));
+    }
+
+    void nextSampleGivesBytesPerSecondSinceThePrevious() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        clock.advance(2);
+        setCounters(source, kWifi, 5'004'000, 801'000);
+        QCOMPARE(sampler.sample(), wifi(2000, 500));
+    }
+
+    void samplesCloserThanATenthOfASecondDivideByATenth() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        clock.advance(0.05);
+        setCounters(source, kWifi, 5'001'000, 800'500);
+        QCOMPARE(sampler.sample(), wifi(10'000, 5'000));
+    }
+
+    void backwardsReceivedCounterGivesZeroDownloadAndBecomesBaseline() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        clock.advance(1);
+        setCounters(source, kWifi, 1'000, 802'000);
+        QCOMPARE(sampler.sample(), wifi(0, 2'000));
+        clock.advance(1);
+        setCounters(source, kWifi, 4'000, 803'000);
+        QCOMPARE(sampler.sample(), wifi(3'000, 1'000));
+    }
+
+    void switchFromWifiToEthernetGivesZeroRateBaselineThenRealRates() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        clock.advance(1);
+        setCounters(source, kWifi, 5'010'000, 801'000);
+        QCOMPARE(sampler.sample(), wifi(10'000, 1'000));
+
+        setRoutes(source, "proc/net-route-two-defaults.txt");
+        clock.advance(1);
+        QCOMPARE(sampler.sample(), ethernet(0, 0));
+        clock.advance(4);
+        setCounters(source, kEthernet, 90'400'000, 7'020'000);
+        QCOMPARE(sampler.sample(), ethernet(100'000, 5'000));
+    }
+
+    void noNetworkThenReconnectionGivesZeroRateBaseline() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        setRoutes(source, "proc/net-route-no-default.txt");
+        clock.advance(1);
+        QCOMPARE(sampler.sample(), kNoNetwork);
+
+        setRoutes(source, "proc/net-route-wifi.txt");
+        setCounters(source, kWifi, 6'000'000, 900'000);
+        clock.advance(1);
+        QCOMPARE(sampler.sample(), wifi(0, 0));
+        clock.advance(1);
+        setCounters(source, kWifi, 6'050'000, 905'000);
+        QCOMPARE(sampler.sample(), wifi(50'000, 5'000));
+    }
+
+    void interfaceWithoutCountersIsNoNetwork() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        source.removeFile(netPath(kWifi, "statistics/tx_bytes"));
+        clock.advance(1);
+        QCOMPARE(sampler.sample(), kNoNetwork);
+    }
+
+    void interfaceNeitherWifiNorEthernetShowsItsName() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        setRoutes(source, "proc/net-route-vpn.txt");
+        source.setFile(netPath(QStringLiteral("wg0"), "type"), "65534\n");
+        setCounters(source, QStringLiteral("wg0"), 1'000, 2'000);
+        NetworkStatsSampler sampler(source, clock);
+        QCOMPARE(sampler.sample(),
+                 (NetworkSample{QStringLiteral("wg0"), NetworkInterfaceKind::Other, 0, 0}));
+    }
+
+    void withoutDefaultRouteFirstActiveIPv4InterfaceIsMeasured() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        setRoutes(source, "proc/net-route-no-default.txt");
+        source.setInterfaceAddresses(
+            {{QStringLiteral("lo"), IFF_UP | IFF_RUNNING | IFF_LOOPBACK, AF_INET},
+             {kEthernet, IFF_UP | IFF_RUNNING | IFF_BROADCAST, AF_INET}});
+        NetworkStatsSampler sampler(source, clock);
+        QCOMPARE(sampler.sample(), ethernet(0, 0));
+    }
+
+    void unreadableRouteTableFallsBackToInterfaceAddresses() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        source.removeFile(kRoutes);
+        source.setInterfaceAddresses({{kWifi, IFF_UP | IFF_RUNNING, AF_INET}});
+        NetworkStatsSampler sampler(source, clock);
+        QCOMPARE(sampler.sample(), wifi(0, 0));
+    }
+
+    void realMachineGivesSaneSample() {
+        NetworkStatsSampler& sampler = NetworkStatsSampler::shared();
+        QCOMPARE(&sampler, &NetworkStatsSampler::shared());
+        sampler.sample();
+        const NetworkSample sample = sampler.sample();
+        QVERIFY(!sample.displayName.isEmpty());
+        QVERIFY(sample.downBytesPerSec >= 0);
+        QVERIFY(sample.upBytesPerSec >= 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestNetworkStatsSampler)
+#include "tst_networkstatssampler.moc"

@@ -1,0 +1,325 @@
+#include "engine/ShellCommand.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <algorithm>
+#include <memory>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/types.h>
+
+using namespace corkwheel;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString kTimedOut = QStringLiteral("error: command timed out");
+
+// Gone, or dead and only waiting for whoever adopted it to collect it.
+bool processIsGone(qint64 pid) {
+    if (::kill(static_cast<pid_t>(pid), 0) != 0)
+        return errno == ESRCH;
+    QFile stat(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!stat.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray line = stat.readAll();
+    const qsizetype nameEnd = line.lastIndexOf(')');
+    return nameEnd >= 0 && line.mid(nameEnd + 2, 1) == QByteArrayLiteral("Z");
+}
+
+// The process ids a command wrote to `path`, one a line.
+QList<qint64> pidsIn(const QString& path) {
+    QFile file(path);
+    QList<qint64> pids;
+    if (!file.open(QIODevice::ReadOnly))
+        return pids;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        bool ok = false;
+        const qint64 pid = line.trimmed().toLongLong(&ok);
+        if (ok)
+            pids.append(pid);
+    }
+    return pids;
+}
+
+qint64 residentKiB() {
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : status.readAll().split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
+    }
+    return -1;
+}
+
+QString quoted(const QString& path) {
+    return QLatin1Char('\'') + path + QLatin1Char('\'');
+}
+
+} // namespace
+
+class TestShellCommand : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void standardOutputWinsOverStandardError();
+    void standardErrorShowsWhenOutputIsEmpty();
+    void outputIsTrimmedKeepingInnerBlankLines();
+    void blankCommandShowsEmptyText();
+    void commandRunsInLoginZsh();
+    void environmentAndWorkingDirectoryAreInherited();
+    void standardInputIsEmpty();
+    void silentFailureShowsEmptyText();
+    void failingCommandStillShowsItsOutput();
+    void commandKilledBySignalStillShowsItsOutput();
+    void outputLargerThanPipeCapacityCompletes();
+    void fiveMegabytesOfOutputShowFirstMebibyte();
+    void keptOutputIsCutBeforeSplitCharacter();
+    void invalidUtf8CountsAsEmpty_data();
+    void invalidUtf8CountsAsEmpty();
+    void missingShellShowsError();
+    void asynchronousRunReportsExactlyOnce();
+    void sleepingThirtySecondsTimesOutAfterTenSeconds();
+    void outputBeforeTimeLimitIsDiscarded();
+    void endlessOutputTimesOutWithinBoundedMemory();
+    void timeOutEndsEveryProcessOfTheGroup();
+    void timeOutKillsChildrenThatIgnoreTerm();
+    void destroyingRunningCommandReportsNothingAndLeavesNoProcess();
+    void destroyingCommandRightAfterStartRunsNothingFurther();
+
+private:
+    QTemporaryDir m_dir;
+};
+
+void TestShellCommand::init() {
+    // Failures must show only as text: not even Qt may complain, say about a process
+    // destroyed while still running.
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
+    QVERIFY(m_dir.isValid());
+}
+
+void TestShellCommand::cleanup() {
+    ShellCommand::setTimeLimitForTesting(ShellCommand::kTimeLimit);
+    ShellCommand::setShellProgramForTesting(QStringLiteral("/bin/zsh"));
+}
+
+void TestShellCommand::standardOutputWinsOverStandardError() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("echo hi; echo err >&2")), QStringLiteral("hi"));
+}
+
+void TestShellCommand::standardErrorShowsWhenOutputIsEmpty() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("echo err >&2")), QStringLiteral("err"));
+    // Output that trims to nothing counts as empty too.
+    QCOMPARE(ShellCommand::execute(QStringLiteral("printf ' \\n\\t\\n'; echo err >&2")),
+             QStringLiteral("err"));
+}
+
+void TestShellCommand::outputIsTrimmedKeepingInnerBlankLines() {
+    QCOMPARE(
+        ShellCommand::execute(QStringLiteral("printf '\\n\\n  first\\n\\n\\nsecond \\t\\n\\n'")),
+        QStringLiteral("first\n\n\nsecond"));
+}
+
+void TestShellCommand::blankCommandShowsEmptyText() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("  \n\t \n")), QString());
+}
+
+void TestShellCommand::commandRunsInLoginZsh() {
+    QCOMPARE(ShellCommand::execute(
+                 QStringLiteral("print -r -- $ZSH_NAME; [[ -o login ]] && echo login")),
+             QStringLiteral("zsh\nlogin"));
+}
+
+void TestShellCommand::environmentAndWorkingDirectoryAreInherited() {
+    qputenv("CORKWHEEL_TEST_MARKER", "marker-42");
+    const QString text = ShellCommand::execute(QStringLiteral("echo $CORKWHEEL_TEST_MARKER; pwd"));
+    qunsetenv("CORKWHEEL_TEST_MARKER");
+    QCOMPARE(text, QStringLiteral("marker-42\n") + QDir::currentPath());
+}
+
+void TestShellCommand::standardInputIsEmpty() {
+    // A command that reads its input ends at once instead of waiting for the time limit.
+    QCOMPARE(ShellCommand::execute(QStringLiteral("cat; echo done")), QStringLiteral("done"));
+}
+
+void TestShellCommand::silentFailureShowsEmptyText() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("exit 3")), QString());
+}
+
+void TestShellCommand::failingCommandStillShowsItsOutput() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; exit 1")),
+             QStringLiteral("partial"));
+}
+
+void TestShellCommand::commandKilledBySignalStillShowsItsOutput() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("echo before; kill -KILL $$")),
+             QStringLiteral("before"));
+}
+
+void TestShellCommand::outputLargerThanPipeCapacityCompletes() {
+    // Far more than a pipe holds (64 KiB), on both streams at once.
+    const QString text = ShellCommand::execute(
+        QStringLiteral("head -c 300000 /dev/zero | tr '\\0' e >&2; head -c 300000 /dev/zero "
+                       "| tr '\\0' o"));
+    QCOMPARE(text, QString(300000, QLatin1Char('o')));
+}
+
+void TestShellCommand::fiveMegabytesOfOutputShowFirstMebibyte() {
+    const QString text =
+        ShellCommand::execute(QStringLiteral("head -c 5000000 /dev/zero | tr '\\0' a"));
+    QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
+    QCOMPARE(text, QString(ShellCommand::kMaxKeptBytes, QLatin1Char('a')));
+}
+
+void TestShellCommand::keptOutputIsCutBeforeSplitCharacter() {
+    // Lines of "é\n" are three bytes each, so the 1 MiB limit falls right after the first
+    // byte of an "é"; that half character goes, and the rest is still valid text.
+    const QString text = ShellCommand::execute(QStringLiteral("yes é | head -c 5000000"));
+    const qsizetype wholeLines = ShellCommand::kMaxKeptBytes / 3;
+    QString expected = QStringLiteral("\u00e9\n").repeated(wholeLines);
+    expected.chop(1);
+    QCOMPARE(text.size(), expected.size());
+    QCOMPARE(text, expected);
+}
+
+void TestShellCommand::invalidUtf8CountsAsEmpty_data() {
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("invalid bytes") << QStringLiteral("printf 'ok \\xff\\xfe'") << QString();
+    QTest::newRow("falls back to standard error")
+        << QStringLiteral("printf 'ok \\xff'; echo err >&2") << QStringLiteral("err");
+    QTest::newRow("invalid standard error")
+        << QStringLiteral("printf 'bad \\xc3' >&2") << QString();
+    QTest::newRow("half a character at the end")
+        << QStringLiteral("printf 'ok \\xc3'; echo err >&2") << QStringLiteral("err");
+}
+
+void TestShellCommand::invalidUtf8CountsAsEmpty() {
+    QFETCH(QString, command);
+    QFETCH(QString, expected);
+    QCOMPARE(ShellCommand::execute(command), expected);
+}
+
+void TestShellCommand::missingShellShowsError() {
+    ShellCommand::setShellProgramForTesting(QStringLiteral("/nonexistent/zsh"));
+    const QString text = ShellCommand::execute(QStringLiteral("echo hi"));
+    QCOMPARE(text,
+             QStringLiteral("error: cannot start /nonexistent/zsh: No such file or directory"));
+}
+
+void TestShellCommand::asynchronousRunReportsExactlyOnce() {
+    ShellCommand run(QStringLiteral("echo hi"));
+    QSignalSpy spy(&run, &ShellCommand::finished);
+    run.start();
+    QVERIFY(spy.isEmpty());
+    QVERIFY(spy.wait(5000));
+    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("hi"));
+    QTest::qWait(200);
+    QCOMPARE(spy.count(), 1);
+}
+
+void TestShellCommand::sleepingThirtySecondsTimesOutAfterTenSeconds() {
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QCOMPARE(ShellCommand::execute(QStringLiteral("sleep 30")), kTimedOut);
+    // Not before the limit, and without waiting for the command itself.
+    QVERIFY2(elapsed.elapsed() >= 10'000, qPrintable(QString::number(elapsed.elapsed())));
+    QVERIFY2(elapsed.elapsed() < 25'000, qPrintable(QString::number(elapsed.elapsed())));
+}
+
+void TestShellCommand::outputBeforeTimeLimitIsDiscarded() {
+    ShellCommand::setTimeLimitForTesting(500ms);
+    QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; echo err >&2; sleep 30")),
+             kTimedOut);
+}
+
+void TestShellCommand::endlessOutputTimesOutWithinBoundedMemory() {
+    ShellCommand::setTimeLimitForTesting(1500ms);
+    const qint64 before = residentKiB();
+    QVERIFY(before > 0);
+    // Sampled while the run goes on: the run's buffers are freed once it is over.
+    qint64 peak = before;
+    QTimer sampler;
+    connect(&sampler, &QTimer::timeout, this, [&peak] { peak = std::max(peak, residentKiB()); });
+    sampler.start(20);
+    ShellCommand run(QStringLiteral("yes"));
+    QSignalSpy spy(&run, &ShellCommand::finished);
+    run.start();
+    QVERIFY(spy.wait(10'000));
+    QCOMPARE(spy.at(0).at(0).toString(), kTimedOut);
+    const qint64 grownKiB = peak - before;
+    QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
+}
+
+void TestShellCommand::timeOutEndsEveryProcessOfTheGroup() {
+    ShellCommand::setTimeLimitForTesting(500ms);
+    const QString pidFile = m_dir.filePath(QStringLiteral("group.pid"));
+    QCOMPARE(ShellCommand::execute(
+                 QStringLiteral("sleep 300 & echo $! > %1; sleep 300; wait").arg(quoted(pidFile))),
+             kTimedOut);
+    const QList<qint64> pids = pidsIn(pidFile);
+    QCOMPARE(pids.size(), 1);
+    QTRY_VERIFY(processIsGone(pids.first()));
+}
+
+void TestShellCommand::timeOutKillsChildrenThatIgnoreTerm() {
+    ShellCommand::setTimeLimitForTesting(500ms);
+    const QString pidFile = m_dir.filePath(QStringLiteral("stubborn.pid"));
+    // The run stays alive after its result, so only the grace period's SIGKILL can end
+    // the child.
+    ShellCommand run(
+        QStringLiteral("(trap '' TERM; exec sleep 300) & echo $! > %1; wait").arg(quoted(pidFile)));
+    QSignalSpy spy(&run, &ShellCommand::finished);
+    run.start();
+    QTRY_COMPARE(pidsIn(pidFile).size(), 1);
+    const qint64 child = pidsIn(pidFile).first();
+    QVERIFY(spy.wait(5000));
+    QCOMPARE(spy.at(0).at(0).toString(), kTimedOut);
+    QTRY_VERIFY(processIsGone(child));
+}
+
+void TestShellCommand::destroyingRunningCommandReportsNothingAndLeavesNoProcess() {
+    const QString pidFile = m_dir.filePath(QStringLiteral("running.pid"));
+    // As the panel runner holds a run: the run dies with its owner.
+    auto owner = std::make_unique<QObject>();
+    auto* run = new ShellCommand(
+        QStringLiteral("echo $$ > %1; sleep 300 & echo $! >> %1; wait").arg(quoted(pidFile)),
+        owner.get());
+    QSignalSpy spy(run, &ShellCommand::finished);
+    run->start();
+    QTRY_COMPARE(pidsIn(pidFile).size(), 2);
+    const QList<qint64> pids = pidsIn(pidFile);
+
+    owner.reset();
+    QTest::qWait(100);
+    QCOMPARE(spy.count(), 0);
+    QTRY_VERIFY(processIsGone(pids.at(0)));
+    QTRY_VERIFY(processIsGone(pids.at(1)));
+}
+
+void TestShellCommand::destroyingCommandRightAfterStartRunsNothingFurther() {
+    const QString marker = m_dir.filePath(QStringLiteral("still-ran"));
+    auto run =
+        std::make_unique<ShellCommand>(QStringLiteral("sleep 0.3; touch %1").arg(quoted(marker)));
+    QSignalSpy spy(run.get(), &ShellCommand::finished);
+    run->start();
+    run.reset();
+    QTest::qWait(1000);
+    QCOMPARE(spy.count(), 0);
+    QVERIFY(!QFile::exists(marker));
+}
+
+QTEST_GUILESS_MAIN(TestShellCommand)
+#include "tst_shellcommand.moc"

@@ -1,0 +1,273 @@
+#include "FakeSystemSource.h"
+#include "FixtureFile.h"
+#include "engine/SystemStatsSample.h"
+#include "engine/SystemStatsSampler.h"
+
+#include <QTest>
+
+using namespace corkwheel;
+using corkwheel::test::FakeSystemSource;
+using corkwheel::test::fixtureFile;
+
+namespace {
+
+constexpr quint64 kGiB = Q_UINT64_C(1) << 30;
+
+const QString kStat = QStringLiteral("/proc/stat");
+const QString kMeminfo = QStringLiteral("/proc/meminfo");
+const QString kMountInfo = QStringLiteral("/proc/self/mountinfo");
+
+const QString kNvmeDisk = QStringLiteral("/sys/devices/pci0000:00/0000:00:1d.0/0000:3d:00.0/"
+                                         "nvme/nvme0/nvme0n1");
+const QString kUsbDiskB = QStringLiteral("/sys/devices/pci0000:00/0000:00:14.0/usb2/2-1/2-1:1.0/"
+                                         "host4/target4:0:0/4:0:0:0/block/sdb");
+const QString kUsbDiskC = QStringLiteral("/sys/devices/pci0000:00/0000:00:14.0/usb1/1-3/1-3:1.0/"
+                                         "host5/target5:0:0/5:0:0:0/block/sdc");
+
+void setStat(FakeSystemSource& source, const char* fixture) {
+    source.setFile(kStat, fixtureFile(QString::fromUtf8(fixture)));
+}
+
+// A partition as sysfs shows it: a link to its directory inside the disk's directory.
+void addPartition(FakeSystemSource& source, const QString& diskPath, const QString& partition,
+                  const QByteArray& removable) {
+    source.setLink(QStringLiteral("/sys/class/block/") + partition, diskPath + u'/' + partition);
+    source.setFile(diskPath + u'/' + partition + QStringLiteral("/partition"), "1\n");
+    source.setFile(diskPath + QStringLiteral("/removable"), removable);
+}
+
+void addLabel(FakeSystemSource& source, const QString& linkName, const QString& device) {
+    source.setLink(QStringLiteral("/dev/disk/by-label/") + linkName, device);
+}
+
+// A laptop with an NVMe disk, a USB stick, an NFS share and an sshfs mount.
+void setUpDesktop(FakeSystemSource& source) {
+    source.setFile(kMountInfo, fixtureFile(QStringLiteral("proc/mountinfo-desktop.txt")));
+    addPartition(source, kNvmeDisk, QStringLiteral("nvme0n1p1"), "0\n");
+    addPartition(source, kNvmeDisk, QStringLiteral("nvme0n1p2"), "0\n");
+    addPartition(source, kUsbDiskB, QStringLiteral("sdb1"), "0\n");
+    addLabel(source, QStringLiteral("EFI\\x20SYSTEM"), QStringLiteral("/dev/nvme0n1p1"));
+    addLabel(source, QStringLiteral("Holiday\\x20Photos"), QStringLiteral("/dev/sdb1"));
+    source.setCapacity(QStringLiteral("/"), 400 * kGiB, 100 * kGiB);
+    source.setCapacity(QStringLiteral("/boot/efi"), kGiB / 2, kGiB / 4);
+    source.setCapacity(QStringLiteral("/media/alice/Holiday Photos"), 64 * kGiB, 16 * kGiB);
+    source.setCapacity(QStringLiteral("/mnt/nas"), 8192 * kGiB, 2048 * kGiB);
+    source.setCapacity(QStringLiteral("/home/alice/remote"), 1000 * kGiB, 500 * kGiB);
+}
+
+// A live session: the root is an overlay, and the internal disk is mounted after a USB
+// stick and an NFS share.
+void setUpInternalLast(FakeSystemSource& source) {
+    source.setFile(kMountInfo, fixtureFile(QStringLiteral("proc/mountinfo-internal-last.txt")));
+    addPartition(source, kUsbDiskC, QStringLiteral("sdc1"), "0\n");
+    addPartition(source, kNvmeDisk, QStringLiteral("nvme0n1p3"), "0\n");
+    source.setCapacity(QStringLiteral("/media/ubuntu/STICK"), 32 * kGiB, 8 * kGiB);
+    source.setCapacity(QStringLiteral("/mnt/nas"), 4096 * kGiB, 1024 * kGiB);
+    source.setCapacity(QStringLiteral("/media/ubuntu/Data"), 900 * kGiB, 300 * kGiB);
+}
+
+QStringList idsOf(const QList<DiskInfo>& disks) {
+    QStringList ids;
+    for (const DiskInfo& disk : disks)
+        ids.append(disk.id);
+    return ids;
+}
+
+std::optional<DiskInfo> diskWithId(const QList<DiskInfo>& disks, const QString& id) {
+    for (const DiskInfo& disk : disks) {
+        if (disk.id == id)
+            return disk;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+class TestSystemStatsSampler : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void zeroSampleIsAllZero() {
+        const SystemStatsSample zero = SystemStatsSample::zero();
+        QCOMPARE(zero, (SystemStatsSample{0, 0, 0, 0, {}}));
+    }
+
+    void firstCpuReadingIsZeroThenBusyShareSinceIt() {
+        FakeSystemSource source;
+        SystemStatsSampler sampler(source);
+        setStat(source, "proc/stat-first.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.0);
+        setStat(source, "proc/stat-second.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+    }
+
+    void cpuReadingWithoutTicksInBetweenIsZero() {
+        FakeSystemSource source;
+        SystemStatsSampler sampler(source);
+        setStat(source, "proc/stat-first.txt");
+        sampler.sampleCPU();
+        setStat(source, "proc/stat-second.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+        QCOMPARE(sampler.sampleCPU(), 0.0);
+    }
+
+    void counterWrapStillGivesSmallDifference() {
+        FakeSystemSource source;
+        SystemStatsSampler sampler(source);
+        setStat(source, "proc/stat-before-wrap.txt");
+        sampler.sampleCPU();
+        setStat(source, "proc/stat-after-wrap.txt");
+        // 40 user ticks across the wrap and 20 system ticks, of 200.
+        QCOMPARE(sampler.sampleCPU(), 0.3);
+    }
+
+    void failedCpuReadIsZeroAndKeepsPreviousTicks() {
+        FakeSystemSource source;
+        SystemStatsSampler sampler(source);
+        setStat(source, "proc/stat-first.txt");
+        sampler.sampleCPU();
+        source.removeFile(kStat);
+        QCOMPARE(sampler.sampleCPU(), 0.0);
+        setStat(source, "proc/stat-cut-short.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.0);
+        setStat(source, "proc/stat-second.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+    }
+
+    void memoryIsReadFromMeminfo() {
+        FakeSystemSource source;
+        source.setFile(kMeminfo, fixtureFile(QStringLiteral("proc/meminfo-desktop.txt")));
+        SystemStatsSampler sampler(source);
+        const MemoryReading memory = sampler.sampleMemory();
+        QCOMPARE(memory.usedGB, 6441996.0 / (1024 * 1024));
+        QCOMPARE(memory.totalGB, 16318540.0 / (1024 * 1024));
+        QCOMPARE(memory.usedFraction, 6441996.0 / 16318540.0);
+    }
+
+    void failedMemoryReadShowsNothingUsedOfKnownTotal() {
+        FakeSystemSource source;
+        source.setFile(kMeminfo, fixtureFile(QStringLiteral("proc/meminfo-old-kernel.txt")));
+        SystemStatsSampler sampler(source);
+        QCOMPARE(sampler.sampleMemory(), (MemoryReading{0, 0, 2048000.0 / (1024 * 1024)}));
+    }
+
+    void unreadableMeminfoIsAllZero() {
+        FakeSystemSource source;
+        SystemStatsSampler sampler(source);
+        QCOMPARE(sampler.sampleMemory(), MemoryReading{});
+    }
+
+    void disksShowLabelsCapacitiesAndPlacement() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        SystemStatsSampler sampler(source);
+        const QList<DiskInfo> expected{
+            {QStringLiteral("/"), QStringLiteral("/"), true, 0.75, 100, 400},
+            {QStringLiteral("/boot/efi"), QStringLiteral("EFI SYSTEM"), true, 0.5, 0.25, 0.5},
+            {QStringLiteral("/media/alice/Holiday Photos"), QStringLiteral("Holiday Photos"), false,
+             0.75, 16, 64},
+            {QStringLiteral("/mnt/nas"), QStringLiteral("/mnt/nas"), false, 0.75, 2048, 8192},
+            {QStringLiteral("/home/alice/remote"), QStringLiteral("/home/alice/remote"), false, 0.5,
+             500, 1000}};
+        QCOMPARE(sampler.sampleDisks(), expected);
+    }
+
+    void deviceBehindMapperLinkFindsItsLabel() {
+        FakeSystemSource source;
+        source.setFile(kMountInfo, fixtureFile(QStringLiteral("proc/mountinfo-lvm.txt")));
+        source.setLink(QStringLiteral("/dev/mapper/vgubuntu-root"), QStringLiteral("/dev/dm-1"));
+        addLabel(source, QStringLiteral("ubuntu-root"), QStringLiteral("/dev/dm-1"));
+        source.setLink(QStringLiteral("/sys/class/block/dm-1"),
+                       QStringLiteral("/sys/devices/virtual/block/dm-1"));
+        source.setFile(QStringLiteral("/sys/devices/virtual/block/dm-1/removable"), "0\n");
+        source.setCapacity(QStringLiteral("/"), 200 * kGiB, 50 * kGiB);
+        source.setCapacity(QStringLiteral("/boot"), 2 * kGiB, kGiB);
+        SystemStatsSampler sampler(source);
+        const QList<DiskInfo> disks = sampler.sampleDisks();
+        QCOMPARE(idsOf(disks), (QStringList{QStringLiteral("/"), QStringLiteral("/boot")}));
+        QCOMPARE(disks[0].name, QStringLiteral("ubuntu-root"));
+        QVERIFY(disks[0].isInternal);
+    }
+
+    void volumeWithMoreAvailableThanTotalShowsNothingUsed() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        source.setCapacity(QStringLiteral("/mnt/nas"), 100 * kGiB, 120 * kGiB);
+        SystemStatsSampler sampler(source);
+        const auto nas = diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas"));
+        QVERIFY(nas);
+        QCOMPARE(nas->usedFraction, 0.0);
+        QCOMPARE(nas->freeGB, 120.0);
+        QCOMPARE(nas->totalGB, 100.0);
+    }
+
+    void volumeWithZeroTotalIsNotListed() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        source.setCapacity(QStringLiteral("/home/alice/remote"), 0, 0);
+        SystemStatsSampler sampler(source);
+        QCOMPARE(idsOf(sampler.sampleDisks()),
+                 (QStringList{QStringLiteral("/"), QStringLiteral("/boot/efi"),
+                              QStringLiteral("/media/alice/Holiday Photos"),
+                              QStringLiteral("/mnt/nas")}));
+    }
+
+    void volumeWhoseCapacityCantBeReadIsNotListed() {
+        FakeSystemSource source;
+        setUpInternalLast(source);
+        source.removeCapacity(QStringLiteral("/mnt/nas"));
+        SystemStatsSampler sampler(source);
+        QVERIFY(!diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas")));
+    }
+
+    void internalDiskListedAfterTwoExternalComesFirst() {
+        FakeSystemSource source;
+        setUpInternalLast(source);
+        SystemStatsSampler sampler(source);
+        const QList<DiskInfo> disks = sampler.sampleDisks();
+        QCOMPARE(idsOf(disks),
+                 (QStringList{QStringLiteral("/media/ubuntu/Data"),
+                              QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
+        QCOMPARE(disks[0].isInternal, true);
+        QCOMPARE(disks[1].isInternal, false);
+        QCOMPARE(disks[2].isInternal, false);
+    }
+
+    void volumeWithUnknownInternalFlagSortsAsInternal() {
+        FakeSystemSource source;
+        setUpInternalLast(source);
+        source.removeLink(QStringLiteral("/sys/class/block/nvme0n1p3"));
+        SystemStatsSampler sampler(source);
+        const QList<DiskInfo> disks = sampler.sampleDisks();
+        QCOMPARE(idsOf(disks),
+                 (QStringList{QStringLiteral("/media/ubuntu/Data"),
+                              QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
+        QVERIFY(disks[0].isInternal);
+    }
+
+    void unreadableMountTableGivesNoDisks() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        source.removeFile(kMountInfo);
+        SystemStatsSampler sampler(source);
+        QCOMPARE(sampler.sampleDisks(), QList<DiskInfo>{});
+    }
+
+    void realMachineGivesSaneReadings() {
+        SystemStatsSampler& sampler = SystemStatsSampler::shared();
+        QCOMPARE(&sampler, &SystemStatsSampler::shared());
+        const MemoryReading memory = sampler.sampleMemory();
+        QVERIFY(memory.totalGB > 0);
+        QVERIFY(memory.usedFraction >= 0 && memory.usedFraction <= 1);
+        sampler.sampleCPU();
+        const double cpu = sampler.sampleCPU();
+        QVERIFY(cpu >= 0 && cpu <= 1);
+        for (const DiskInfo& disk : sampler.sampleDisks()) {
+            QVERIFY2(disk.totalGB > 0, qPrintable(disk.id));
+            QVERIFY2(disk.usedFraction >= 0 && disk.usedFraction <= 1, qPrintable(disk.id));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(TestSystemStatsSampler)
+#include "tst_systemstatssampler.moc"
