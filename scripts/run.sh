@@ -6,4 +6,4 @@ root=$(repo_root)
 
 install_missing_packages "${BUILD_PACKAGES[@]}"
 configure_and_build "$root/build"
-exec "$root/build/src/app/corkwheel"
+exec "$root/build/bin/corkwheel"

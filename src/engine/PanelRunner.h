@@ -1,0 +1,86 @@
+#pragma once
+
+#include "engine/NetworkSample.h"
+#include "engine/RunnerServices.h"
+#include "engine/SystemStatsSample.h"
+#include "model/Panel.h"
+
+#include <QImage>
+#include <QList>
+#include <QObject>
+#include <QTimer>
+
+namespace corkwheel {
+
+class ImageLoader;
+class WebPage;
+
+// Produces what one panel shows, again and again on its refresh timer, and publishes it
+// for the views: the text of shell, file, text and clock panels, the picture of an image
+// panel, the readings of a system-stats panel, and the web page of a webpage panel.
+class PanelRunner : public QObject {
+    Q_OBJECT
+
+public:
+    explicit PanelRunner(const Panel& panel, QObject* parent = nullptr);
+    PanelRunner(const Panel& panel, RunnerServices services, QObject* parent = nullptr);
+    ~PanelRunner() override;
+
+    QUuid id() const { return m_id; }
+    const Panel& panel() const { return m_panel; }
+
+    QString textOutput() const { return m_textOutput; }
+    QImage image() const { return m_image; }
+    SystemStatsSample stats() const { return m_stats; }
+    // Oldest first, at most kMaxHistory samples.
+    QList<NetworkSample> networkHistory() const { return m_networkHistory; }
+    bool isRunning() const { return m_isRunning; }
+    // None until a webpage panel first loads its page.
+    WebPage* webPage() const { return m_webPage; }
+
+    // Refreshes at once and (re)starts the refresh timer.
+    void start();
+    // Takes a new copy of the panel; refreshes when what it shows changed, and restarts
+    // the timer when the interval changed.
+    void apply(const Panel& panel);
+    void refreshNow();
+
+    // The timer's interval: the panel's refresh interval, but never under one second.
+    static double timerInterval(double refreshInterval);
+    double currentTimerInterval() const;
+    bool isTimerActive() const { return m_timer.isActive(); }
+    int remainingTimerMs() const { return m_timer.remainingTime(); }
+
+    static constexpr qsizetype kMaxHistory = 40;
+
+Q_SIGNALS:
+    void textOutputChanged(const QString& text);
+    void imageChanged(const QImage& image);
+    void statsChanged(const SystemStatsSample& stats);
+    void networkHistoryChanged(const QList<NetworkSample>& history);
+    void isRunningChanged(bool running);
+
+private:
+    void setTextOutput(const QString& text);
+    void setImage(const QImage& image);
+    void setRunning(bool running);
+    void runShell(const QString& command);
+    void readFile(const QString& path);
+    void refreshStats();
+    void loadWebpage(const QString& address);
+
+    QUuid m_id;
+    Panel m_panel;
+    RunnerServices m_services;
+    QString m_textOutput;
+    QImage m_image;
+    SystemStatsSample m_stats;
+    QList<NetworkSample> m_networkHistory;
+    bool m_isRunning = false;
+    int m_runningShells = 0;
+    WebPage* m_webPage = nullptr;
+    ImageLoader* m_imageLoader = nullptr;
+    QTimer m_timer;
+};
+
+} // namespace corkwheel

@@ -1,0 +1,19 @@
+#include "engine/RunnerServices.h"
+
+#include "engine/Clock.h"
+#include "engine/NetworkStatsSampler.h"
+#include "engine/SystemStatsSampler.h"
+#include "engine/WebEngineLoader.h"
+
+namespace corkwheel {
+
+RunnerServices RunnerServices::shared() {
+    RunnerServices services;
+    services.clock = &Clock::system();
+    services.systemStats = &SystemStatsSampler::shared();
+    services.networkStats = &NetworkStatsSampler::shared();
+    services.createWebPage = &WebEngineLoader::createPage;
+    return services;
+}
+
+} // namespace corkwheel

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+namespace corkwheel {
+
+class Clock;
+class NetworkStatsSampler;
+class SystemStatsSampler;
+class WebPage;
+
+// What a panel runner reads the world through. The real ones are process-wide; tests hand
+// in their own.
+struct RunnerServices {
+    const Clock* clock = nullptr;
+    SystemStatsSampler* systemStats = nullptr;
+    NetworkStatsSampler* networkStats = nullptr;
+    // Makes the web page of a webpage panel; called only when one is first needed.
+    std::function<WebPage*(QObject* parent)> createWebPage;
+
+    // The machine's clock and samplers, and the web engine when it is installed.
+    static RunnerServices shared();
+};
+
+} // namespace corkwheel

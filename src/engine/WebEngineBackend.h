@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QtPlugin>
+
+class QObject;
+
+namespace corkwheel {
+
+class WebPage;
+
+// What the web engine plugin offers. The plugin alone links the web engine, so a
+// Corkwheel without webpage panels never loads it.
+class WebEngineBackend {
+public:
+    virtual ~WebEngineBackend() = default;
+
+    virtual WebPage* createPage(QObject* parent) = 0;
+};
+
+} // namespace corkwheel
+
+#define CorkwheelWebEngineBackend_iid "org.corkwheel.WebEngineBackend/1"
+Q_DECLARE_INTERFACE(corkwheel::WebEngineBackend, CorkwheelWebEngineBackend_iid)

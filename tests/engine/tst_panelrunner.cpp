@@ -1,0 +1,581 @@
+#include "FakeNetworkSource.h"
+#include "FakeSystemSource.h"
+#include "MockClock.h"
+
+#include "engine/NetworkStatsSampler.h"
+#include "engine/PanelRunner.h"
+#include "engine/SystemStatsSampler.h"
+#include "engine/WebPage.h"
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QImageWriter>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+
+namespace {
+
+// Records the addresses it was asked to load instead of starting a web engine.
+class RecordingWebPage final : public WebPage {
+public:
+    using WebPage::WebPage;
+    void load(const QUrl& url, std::chrono::seconds timeout) override {
+        loads.append(url);
+        lastTimeout = timeout;
+    }
+    QList<QUrl> loads;
+    std::chrono::seconds lastTimeout{0};
+};
+
+QByteArray pngBytes(const QColor& color) {
+    QImage image(4, 3, QImage::Format_ARGB32);
+    image.fill(color);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter(&buffer, "png").write(image);
+    return bytes;
+}
+
+// A one-file web server on loopback: every request gets `body` with `status`.
+class TinyHttpServer : public QObject {
+public:
+    TinyHttpServer() {
+        QObject::connect(&m_server, &QTcpServer::newConnection, this, [this] { answer(); });
+        m_server.listen(QHostAddress::LocalHost);
+    }
+    QString url(const QString& path) const {
+        return QStringLiteral("http://127.0.0.1:%1%2").arg(m_server.serverPort()).arg(path);
+    }
+    QByteArray body;
+    QByteArray status = "200 OK";
+    int requests = 0;
+
+private:
+    void answer() {
+        while (QTcpSocket* socket = m_server.nextPendingConnection()) {
+            ++requests;
+            connect(socket, &QTcpSocket::readyRead, socket, [this, socket] {
+                socket->readAll();
+                socket->write("HTTP/1.1 " + status +
+                              "\r\nContent-Length: " + QByteArray::number(body.size()) +
+                              "\r\nConnection: close\r\n\r\n" + body);
+                socket->disconnectFromHost();
+            });
+            connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+        }
+    }
+    QTcpServer m_server;
+};
+
+} // namespace
+
+class PanelRunnerTest : public QObject {
+    Q_OBJECT
+
+private:
+    MockClock m_clock;
+    FakeSystemSource m_system;
+    FakeNetworkSource m_network;
+    std::unique_ptr<SystemStatsSampler> m_systemSampler;
+    std::unique_ptr<NetworkStatsSampler> m_networkSampler;
+    QList<RecordingWebPage*> m_pages;
+
+    RunnerServices services() {
+        RunnerServices services;
+        services.clock = &m_clock;
+        services.systemStats = m_systemSampler.get();
+        services.networkStats = m_networkSampler.get();
+        services.createWebPage = [this](QObject* parent) {
+            auto* page = new RecordingWebPage(parent);
+            m_pages.append(page);
+            return page;
+        };
+        return services;
+    }
+
+    static Panel panelOf(PanelType type) { return Panel::makeDefault(type); }
+
+    // A machine with 8 GiB of memory, half in use, and an Ethernet link whose received
+    // counter the tests move.
+    void setUpMachine() {
+        m_system.setFile(QStringLiteral("/proc/meminfo"),
+                         "MemTotal:        8388608 kB\nMemAvailable:    4194304 kB\n");
+        m_system.setFile(QStringLiteral("/proc/stat"), "cpu  100 0 100 800 0 0 0 0 0 0\n");
+        m_network.setFile(QStringLiteral("/proc/net/route"),
+                          "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\n"
+                          "eth0\t00000000\t0102A8C0\t0003\t0\t0\t100\t00000000\n");
+        m_network.setFile(QStringLiteral("/sys/class/net/eth0/type"), "1\n");
+        m_network.setDirectory(QStringLiteral("/sys/class/net/eth0/device"));
+        setReceivedBytes(0);
+    }
+
+    void setReceivedBytes(quint64 bytes) {
+        m_network.setFile(QStringLiteral("/sys/class/net/eth0/statistics/rx_bytes"),
+                          QByteArray::number(bytes) + "\n");
+        m_network.setFile(QStringLiteral("/sys/class/net/eth0/statistics/tx_bytes"), "0\n");
+    }
+
+private Q_SLOTS:
+    void init() {
+        m_system = FakeSystemSource();
+        m_network = FakeNetworkSource();
+        m_systemSampler = std::make_unique<SystemStatsSampler>(m_system);
+        m_networkSampler = std::make_unique<NetworkStatsSampler>(m_network, m_clock);
+        m_pages.clear();
+        setUpMachine();
+    }
+
+    void startsEmptyAndDoesNothingUntilStarted() {
+        PanelRunner runner(panelOf(PanelType::Text), services());
+        QCOMPARE(runner.id(), runner.panel().id);
+        QCOMPARE(runner.textOutput(), QString());
+        QVERIFY(runner.image().isNull());
+        QCOMPARE(runner.stats(), SystemStatsSample::zero());
+        QVERIFY(runner.networkHistory().isEmpty());
+        QVERIFY(!runner.isRunning());
+        QVERIFY(!runner.isTimerActive());
+    }
+
+    void timerIsNeverShorterThanOneSecond_data() {
+        QTest::addColumn<double>("refreshInterval");
+        QTest::addColumn<double>("timer");
+        QTest::newRow("0.5") << 0.5 << 1.0;
+        QTest::newRow("0") << 0.0 << 1.0;
+        QTest::newRow("-3") << -3.0 << 1.0;
+        QTest::newRow("2.5") << 2.5 << 2.5;
+    }
+
+    void timerIsNeverShorterThanOneSecond() {
+        QFETCH(double, refreshInterval);
+        QFETCH(double, timer);
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = refreshInterval;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QVERIFY(runner.isTimerActive());
+        QCOMPARE(runner.currentTimerInterval(), timer);
+    }
+
+    void timerRefreshesAgain() {
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = 0.2; // becomes one second
+        panel.textTemplate = QStringLiteral("tick");
+        PanelRunner runner(panel, services());
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        runner.start();
+        QCOMPARE(text.count(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(text.count(), 2, 3000);
+    }
+
+    void styleOrFrameChangeDoesNotRefresh() {
+        Panel panel = panelOf(PanelType::Text);
+        PanelRunner runner(panel, services());
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        runner.start();
+        QCOMPARE(text.count(), 1);
+        panel.style.fontSize = 40;
+        panel.frame.x = 500;
+        panel.name = QStringLiteral("Renamed");
+        panel.isEnabled = false;
+        runner.apply(panel);
+        QCOMPARE(text.count(), 1);
+        QCOMPARE(runner.panel(), panel);
+    }
+
+    void templateChangeRefreshesWithoutRestartingTimer() {
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = 60;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTest::qWait(300);
+        panel.textTemplate = QStringLiteral("Year {date:yyyy}");
+        runner.apply(panel);
+        QCOMPARE(runner.textOutput(), QStringLiteral("Year 2026"));
+        QVERIFY(runner.isTimerActive());
+        QVERIFY(runner.remainingTimerMs() <= 59'750);
+    }
+
+    void intervalChangeRestartsTimerAndRefreshes() {
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = 60;
+        PanelRunner runner(panel, services());
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        runner.start();
+        QTest::qWait(300);
+        panel.refreshInterval = 30;
+        runner.apply(panel);
+        QCOMPARE(text.count(), 2);
+        QCOMPARE(runner.currentTimerInterval(), 30.0);
+        QVERIFY(runner.remainingTimerMs() > 29'500);
+    }
+
+    void applyBeforeStartStarts() {
+        PanelRunner runner(panelOf(PanelType::Text), services());
+        runner.apply(runner.panel());
+        QVERIFY(runner.isTimerActive());
+        QVERIFY(!runner.textOutput().isEmpty());
+    }
+
+    void textPanelExpandsTokensAtTheClocksTime() {
+        Panel panel = panelOf(PanelType::Text);
+        panel.textTemplate = QStringLiteral("{date:yyyy-MM-dd} at {date:HH:mm}");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(runner.textOutput(), QStringLiteral("2026-01-02 at 03:04"));
+    }
+
+    void clockPanelFormatsTheClocksTime() {
+        Panel panel = panelOf(PanelType::Clock);
+        panel.clockFormat = QStringLiteral("HH:mm:ss");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(runner.textOutput(), QStringLiteral("03:04:05"));
+    }
+
+    void blankShellCommandClearsOutputAndStartsNothing() {
+        Panel panel = panelOf(PanelType::Shell);
+        panel.shellCommand = QStringLiteral("echo before");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("before"));
+        QSignalSpy running(&runner, &PanelRunner::isRunningChanged);
+        panel.shellCommand = QStringLiteral("  \n\t ");
+        runner.apply(panel);
+        QCOMPARE(runner.textOutput(), QString());
+        QVERIFY(!runner.isRunning());
+        QCOMPARE(running.count(), 0);
+    }
+
+    void shellCommandIsRunningUntilItsTextArrives() {
+        Panel panel = panelOf(PanelType::Shell);
+        panel.shellCommand = QStringLiteral("sleep 0.3; echo done");
+        PanelRunner runner(panel, services());
+        QSignalSpy running(&runner, &PanelRunner::isRunningChanged);
+        runner.start();
+        QVERIFY(runner.isRunning());
+        QCOMPARE(runner.textOutput(), QString());
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("done"));
+        QVERIFY(!runner.isRunning());
+        QCOMPARE(running.count(), 2);
+    }
+
+    void runnerDestroyedWhileCommandRunsDropsTheResult() {
+        QTemporaryDir folder;
+        const QString marker = folder.filePath(QStringLiteral("pid"));
+        Panel panel = panelOf(PanelType::Shell);
+        panel.shellCommand = QStringLiteral("echo $$ > '%1'; sleep 30; echo late").arg(marker);
+        auto* runner = new PanelRunner(panel, services());
+        QSignalSpy text(runner, &PanelRunner::textOutputChanged);
+        runner->start();
+        QTRY_VERIFY(QFile(marker).size() > 0);
+        QFile file(marker);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const qint64 pid = file.readAll().trimmed().toLongLong();
+        delete runner;
+        QTest::qWait(100);
+        QTRY_VERIFY(::kill(static_cast<pid_t>(pid), 0) != 0);
+    }
+
+    void emptyFilePathShowsEmptyText() {
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath.clear();
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(runner.textOutput(), QString());
+    }
+
+    void missingFileShowsFileNotFound() {
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = QStringLiteral("/nonexistent/corkwheel/note.txt");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("(file not found)"));
+    }
+
+    void fileIsShownTrimmed() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("note.txt"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("\n\n  first line\n\nlast line  \n\n");
+        file.close();
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = path;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("first line\n\nlast line"));
+    }
+
+    void tildePathReadsUnderTheHomeDirectory() {
+        QTemporaryDir home;
+        const QByteArray oldHome = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(home.path()));
+        QFile file(home.filePath(QStringLiteral(".corkwheel_note.txt")));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("from home");
+        file.close();
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = QStringLiteral("~/.corkwheel_note.txt");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("from home"));
+        qputenv("HOME", oldHome);
+    }
+
+    void fileThatIsNotUtf8ShowsFileNotFound() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("latin1.txt"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("caf\xE9");
+        file.close();
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = path;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("(file not found)"));
+    }
+
+    void hugeFileShowsOnlyItsBeginning() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("big.txt"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        // 'a' then two-byte characters, so the 4 MiB cut falls inside one of them.
+        file.write("a" + QString(3 * 1024 * 1024, QChar(0x00E9)).toUtf8());
+        file.close();
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = path;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_VERIFY(!runner.textOutput().isEmpty());
+        QCOMPARE(runner.textOutput().size(), 1 + (4 * 1024 * 1024 - 1) / 2);
+        QVERIFY(runner.textOutput().endsWith(QChar(0x00E9)));
+    }
+
+    void runnerDestroyedWhileFileIsReadDropsTheText() {
+        Panel panel = panelOf(PanelType::File);
+        panel.filePath = QStringLiteral("/proc/self/status");
+        for (int i = 0; i < 20; ++i) {
+            auto* runner = new PanelRunner(panel, services());
+            runner->start();
+            delete runner;
+        }
+        QTest::qWait(200);
+    }
+
+    void historyKeepsTheNewest40Samples() {
+        PanelRunner runner(panelOf(PanelType::SystemStats), services());
+        runner.start();
+        for (int i = 1; i <= 40; ++i) {
+            m_clock.advance(1);
+            setReceivedBytes(static_cast<quint64>(i) * (i + 1) / 2 * 1000);
+            runner.refreshNow();
+        }
+        // 41 refreshes: the baseline has gone, the 40 newest remain, rates 1000 ... 40000.
+        const QList<NetworkSample> history = runner.networkHistory();
+        QCOMPARE(history.size(), 40);
+        QCOMPARE(history.first().downBytesPerSec, 1000.0);
+        QCOMPARE(history.last().downBytesPerSec, 40000.0);
+        QCOMPARE(history.last().displayName, QStringLiteral("Ethernet"));
+    }
+
+    void statsPanelPublishesMemoryCpuAndDisks() {
+        PanelRunner runner(panelOf(PanelType::SystemStats), services());
+        QSignalSpy stats(&runner, &PanelRunner::statsChanged);
+        runner.start();
+        QCOMPARE(stats.count(), 1);
+        QCOMPARE(runner.stats().memoryTotalGB, 8.0);
+        QCOMPARE(runner.stats().memoryUsedGB, 4.0);
+        QCOMPARE(runner.stats().memoryUsedFraction, 0.5);
+        QCOMPARE(runner.stats().cpuUsage, 0.0); // the first reading is a baseline
+        m_system.setFile(QStringLiteral("/proc/stat"), "cpu  175 0 125 900 0 0 0 0 0 0\n");
+        runner.refreshNow();
+        QCOMPARE(runner.stats().cpuUsage, 0.5);
+    }
+
+    void localImageLoads() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("red.png"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(pngBytes(Qt::red));
+        file.close();
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = path;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(runner.image().size(), QSize(4, 3));
+        QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::red));
+    }
+
+    void missingLocalImageShowsNone() {
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = QStringLiteral("/nonexistent/picture.png");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QVERIFY(runner.image().isNull());
+    }
+
+    void emptyImageSourceClearsTheImage() {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("red.png"));
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(pngBytes(Qt::red));
+        file.close();
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = path;
+        PanelRunner runner(panel, services());
+        runner.start();
+        QVERIFY(!runner.image().isNull());
+        panel.imageSource.clear();
+        runner.apply(panel);
+        QVERIFY(runner.image().isNull());
+    }
+
+    void downloadedImageIsShown() {
+        TinyHttpServer server;
+        server.body = pngBytes(Qt::blue);
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = server.url(QStringLiteral("/blue.png"));
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_VERIFY(!runner.image().isNull());
+        QCOMPARE(runner.image().pixelColor(1, 1), QColor(Qt::blue));
+    }
+
+    void failedDownloadKeepsThePreviousImage() {
+        TinyHttpServer server;
+        server.body = pngBytes(Qt::blue);
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = server.url(QStringLiteral("/blue.png"));
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_VERIFY(!runner.image().isNull());
+
+        server.status = "404 Not Found";
+        server.body = "gone";
+        runner.refreshNow();
+        QTRY_COMPARE(server.requests, 2);
+        QTest::qWait(300);
+        QCOMPARE(runner.image().pixelColor(1, 1), QColor(Qt::blue));
+
+        server.status = "200 OK";
+        server.body = "not an image";
+        runner.refreshNow();
+        QTRY_COMPARE(server.requests, 3);
+        QTest::qWait(300);
+        QCOMPARE(runner.image().pixelColor(1, 1), QColor(Qt::blue));
+    }
+
+    void capitalisedSchemeIsAFilePathNotADownload() {
+        TinyHttpServer server;
+        server.body = pngBytes(Qt::blue);
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource =
+            server.url(QStringLiteral("/blue.png")).replace(0, 4, QStringLiteral("HTTP"));
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTest::qWait(300);
+        QCOMPARE(server.requests, 0);
+        QVERIFY(runner.image().isNull());
+    }
+
+    void oversizedDownloadIsDropped() {
+        TinyHttpServer server;
+        server.body = pngBytes(Qt::blue) + QByteArray(33 * 1024 * 1024, '\0');
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = server.url(QStringLiteral("/huge.png"));
+        PanelRunner runner(panel, services());
+        QSignalSpy image(&runner, &PanelRunner::imageChanged);
+        runner.start();
+        QTRY_COMPARE(server.requests, 1);
+        QTest::qWait(1000);
+        QCOMPARE(image.count(), 0);
+    }
+
+    void runnerDestroyedWhileDownloadingDropsTheImage() {
+        TinyHttpServer server;
+        server.body = pngBytes(Qt::blue);
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = server.url(QStringLiteral("/blue.png"));
+        auto* runner = new PanelRunner(panel, services());
+        runner->start();
+        delete runner;
+        QTest::qWait(300);
+    }
+
+    void addressWithoutSchemeLoadsOverHttps() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("  example.com/news \n");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(m_pages.size(), 1);
+        QCOMPARE(runner.webPage(), m_pages.first());
+        QCOMPARE(m_pages.first()->loads,
+                 QList<QUrl>{QUrl(QStringLiteral("https://example.com/news"))});
+        QCOMPARE(m_pages.first()->lastTimeout, std::chrono::seconds(60));
+    }
+
+    void addressWithSchemeIsKept() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("http://localhost:8080/status");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(m_pages.first()->loads.first(),
+                 QUrl(QStringLiteral("http://localhost:8080/status")));
+    }
+
+    void blankAddressLoadsNothing() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("   ");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QVERIFY(m_pages.isEmpty());
+        QCOMPARE(runner.webPage(), nullptr);
+    }
+
+    void everyRefreshLoadsThePageAgain() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("https://example.org");
+        PanelRunner runner(panel, services());
+        runner.start();
+        runner.refreshNow();
+        QCOMPARE(m_pages.size(), 1);
+        QCOMPARE(m_pages.first()->loads.size(), 2);
+    }
+
+    void otherPanelTypesNeverMakeAWebPage() {
+        for (PanelType type : allPanelTypes()) {
+            if (type == PanelType::Webpage)
+                continue;
+            Panel panel = panelOf(type);
+            panel.webpageURL = QStringLiteral("https://example.org");
+            panel.shellCommand = QStringLiteral("true");
+            PanelRunner runner(panel, services());
+            runner.start();
+            QCOMPARE(runner.webPage(), nullptr);
+        }
+        QVERIFY(m_pages.isEmpty());
+    }
+
+    void engineDoesNotBringTheWebEngineIntoTheProcess() {
+        QFile maps(QStringLiteral("/proc/self/maps"));
+        QVERIFY(maps.open(QIODevice::ReadOnly));
+        QVERIFY(!maps.readAll().contains("WebEngine"));
+    }
+};
+
+QTEST_MAIN(PanelRunnerTest)
+#include "tst_panelrunner.moc"
