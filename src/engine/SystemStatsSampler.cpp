@@ -10,10 +10,13 @@ namespace corkwheel {
 
 namespace {
 
-// Without an application object there is no event loop to be off of, so any thread goes.
-bool onMainThread() {
+// The CPU baseline is unguarded, so a reading from another thread is a programming error;
+// it stops the program in every build rather than giving wrong figures. Without an
+// application object there is no event loop to be off of, so any thread goes.
+void requireMainThread() {
     const QCoreApplication* app = QCoreApplication::instance();
-    return app == nullptr || QThread::currentThread() == app->thread();
+    if (app != nullptr && QThread::currentThread() != app->thread())
+        qFatal("SystemStatsSampler used off the main thread");
 }
 
 } // namespace
@@ -26,7 +29,7 @@ SystemStatsSampler& SystemStatsSampler::shared() {
 }
 
 double SystemStatsSampler::sampleCPU() {
-    Q_ASSERT(onMainThread());
+    requireMainThread();
     const auto stat = m_source.readFile(QStringLiteral("/proc/stat"));
     const auto current = stat ? parseCpuTicks(*stat) : std::nullopt;
     if (!current)
@@ -37,13 +40,13 @@ double SystemStatsSampler::sampleCPU() {
 }
 
 MemoryReading SystemStatsSampler::sampleMemory() {
-    Q_ASSERT(onMainThread());
+    requireMainThread();
     const auto meminfo = m_source.readFile(QStringLiteral("/proc/meminfo"));
     return meminfo ? memoryReadingFromMeminfo(*meminfo) : MemoryReading{};
 }
 
 QList<DiskInfo> SystemStatsSampler::sampleDisks() {
-    Q_ASSERT(onMainThread());
+    requireMainThread();
     return diskList(readMountedVolumes(m_source));
 }
 
