@@ -21,3 +21,19 @@ function(corkwheel_add_test name)
     endforeach()
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 120)
 endfunction()
+
+# corkwheel_add_webengine_test(<name> SOURCES ... [LIBS ...])
+#
+# A test that loads the web engine plugin, whose path it gets as CORKWHEEL_WEBENGINE_PLUGIN.
+# Root may run the tests, and the web engine's sandbox refuses to start as root. Chromium
+# inside the web engine trips AddressSanitizer's delete-size and leak checks in its own
+# code, which is not ours to fix.
+function(corkwheel_add_webengine_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    corkwheel_add_test(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS}
+        ENV QTWEBENGINE_DISABLE_SANDBOX=1 "QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu"
+            ASAN_OPTIONS=new_delete_type_mismatch=0:detect_leaks=0)
+    target_compile_definitions(${name} PRIVATE
+        CORKWHEEL_WEBENGINE_PLUGIN="$<TARGET_FILE:corkwheel-webengine>")
+    add_dependencies(${name} corkwheel-webengine)
+endfunction()

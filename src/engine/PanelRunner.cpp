@@ -165,8 +165,11 @@ void PanelRunner::loadWebpage(const QString& address) {
     const auto url = WebAddress::normalizedURL(address);
     if (!url)
         return;
-    if (!m_webPage && m_services.createWebPage)
+    if (!m_webPage && m_services.createWebPage) {
         m_webPage = m_services.createWebPage(this);
+        if (m_webPage)
+            Q_EMIT webPageCreated(m_webPage);
+    }
     if (m_webPage)
         m_webPage->load(*url, kWebpageTimeout);
 }

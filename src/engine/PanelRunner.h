@@ -44,6 +44,8 @@ public:
     // the timer when the interval changed.
     void apply(const Panel& panel);
     void refreshNow();
+    // Stops the refresh timer, for a panel whose window is going away.
+    void stop() { m_timer.stop(); }
 
     // The timer's interval: the panel's refresh interval, but never under one second.
     static double timerInterval(double refreshInterval);
@@ -59,6 +61,8 @@ Q_SIGNALS:
     void statsChanged(const SystemStatsSample& stats);
     void networkHistoryChanged(const QList<NetworkSample>& history);
     void isRunningChanged(bool running);
+    // Once, when a webpage panel first loads and its page comes into being.
+    void webPageCreated(WebPage* page);
 
 private:
     void setTextOutput(const QString& text);

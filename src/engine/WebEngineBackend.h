@@ -3,6 +3,7 @@
 #include <QtPlugin>
 
 class QObject;
+class QWidget;
 
 namespace corkwheel {
 
@@ -15,9 +16,11 @@ public:
     virtual ~WebEngineBackend() = default;
 
     virtual WebPage* createPage(QObject* parent) = 0;
+    // A web view showing `page`, a page this backend made; null for any other page.
+    virtual QWidget* createView(WebPage* page, QWidget* parent) = 0;
 };
 
 } // namespace corkwheel
 
-#define CorkwheelWebEngineBackend_iid "org.corkwheel.WebEngineBackend/1"
+#define CorkwheelWebEngineBackend_iid "org.corkwheel.WebEngineBackend/2"
 Q_DECLARE_INTERFACE(corkwheel::WebEngineBackend, CorkwheelWebEngineBackend_iid)

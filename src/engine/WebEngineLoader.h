@@ -2,6 +2,7 @@
 
 class QObject;
 class QString;
+class QWidget;
 
 namespace corkwheel {
 
@@ -19,6 +20,9 @@ WebEngineBackend* backendAt(const QString& path);
 
 // A new page from the backend; null without one.
 WebPage* createPage(QObject* parent);
+
+// A web view of `page` (made by createPage) from the backend; null without one.
+QWidget* createView(WebPage* page, QWidget* parent);
 
 } // namespace WebEngineLoader
 

@@ -1,6 +1,5 @@
-#include "FakeNetworkSource.h"
-#include "FakeSystemSource.h"
-#include "MockClock.h"
+#include "FakeMachine.h"
+#include "RecordingWebPage.h"
 
 #include "engine/NetworkStatsSampler.h"
 #include "engine/PanelRunner.h"
@@ -23,18 +22,6 @@ using namespace corkwheel;
 using namespace corkwheel::test;
 
 namespace {
-
-// Records the addresses it was asked to load instead of starting a web engine.
-class RecordingWebPage final : public WebPage {
-public:
-    using WebPage::WebPage;
-    void load(const QUrl& url, std::chrono::seconds timeout) override {
-        loads.append(url);
-        lastTimeout = timeout;
-    }
-    QList<QUrl> loads;
-    std::chrono::seconds lastTimeout{0};
-};
 
 QByteArray pngBytes(const QColor& color) {
     QImage image(4, 3, QImage::Format_ARGB32);
@@ -83,56 +70,23 @@ class PanelRunnerTest : public QObject {
     Q_OBJECT
 
 private:
-    MockClock m_clock;
-    FakeSystemSource m_system;
-    FakeNetworkSource m_network;
-    std::unique_ptr<SystemStatsSampler> m_systemSampler;
-    std::unique_ptr<NetworkStatsSampler> m_networkSampler;
+    std::unique_ptr<FakeMachine> m_machine;
     QList<RecordingWebPage*> m_pages;
 
     RunnerServices services() {
-        RunnerServices services;
-        services.clock = &m_clock;
-        services.systemStats = m_systemSampler.get();
-        services.networkStats = m_networkSampler.get();
-        services.createWebPage = [this](QObject* parent) {
+        return m_machine->services([this](QObject* parent) {
             auto* page = new RecordingWebPage(parent);
             m_pages.append(page);
             return page;
-        };
-        return services;
+        });
     }
 
     static Panel panelOf(PanelType type) { return Panel::makeDefault(type); }
 
-    // A machine with 8 GiB of memory, half in use, and an Ethernet link whose received
-    // counter the tests move.
-    void setUpMachine() {
-        m_system.setFile(QStringLiteral("/proc/meminfo"),
-                         "MemTotal:        8388608 kB\nMemAvailable:    4194304 kB\n");
-        m_system.setFile(QStringLiteral("/proc/stat"), "cpu  100 0 100 800 0 0 0 0 0 0\n");
-        m_network.setFile(QStringLiteral("/proc/net/route"),
-                          "Iface\tDestination\tGateway\tFlags\tRefCnt\tUse\tMetric\tMask\n"
-                          "eth0\t00000000\t0102A8C0\t0003\t0\t0\t100\t00000000\n");
-        m_network.setFile(QStringLiteral("/sys/class/net/eth0/type"), "1\n");
-        m_network.setDirectory(QStringLiteral("/sys/class/net/eth0/device"));
-        setReceivedBytes(0);
-    }
-
-    void setReceivedBytes(quint64 bytes) {
-        m_network.setFile(QStringLiteral("/sys/class/net/eth0/statistics/rx_bytes"),
-                          QByteArray::number(bytes) + "\n");
-        m_network.setFile(QStringLiteral("/sys/class/net/eth0/statistics/tx_bytes"), "0\n");
-    }
-
 private Q_SLOTS:
     void init() {
-        m_system = FakeSystemSource();
-        m_network = FakeNetworkSource();
-        m_systemSampler = std::make_unique<SystemStatsSampler>(m_system);
-        m_networkSampler = std::make_unique<NetworkStatsSampler>(m_network, m_clock);
+        m_machine = std::make_unique<FakeMachine>();
         m_pages.clear();
-        setUpMachine();
     }
 
     void startsEmptyAndDoesNothingUntilStarted() {
@@ -175,6 +129,18 @@ private Q_SLOTS:
         runner.start();
         QCOMPARE(text.count(), 1);
         QTRY_COMPARE_WITH_TIMEOUT(text.count(), 2, 3000);
+    }
+
+    void stoppedRunnerNoLongerRefreshes() {
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = 1;
+        PanelRunner runner(panel, services());
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        runner.start();
+        runner.stop();
+        QVERIFY(!runner.isTimerActive());
+        QTest::qWait(1300);
+        QCOMPARE(text.count(), 1);
     }
 
     void styleOrFrameChangeDoesNotRefresh() {
@@ -378,8 +344,8 @@ private Q_SLOTS:
         PanelRunner runner(panelOf(PanelType::SystemStats), services());
         runner.start();
         for (int i = 1; i <= 40; ++i) {
-            m_clock.advance(1);
-            setReceivedBytes(static_cast<quint64>(i) * (i + 1) / 2 * 1000);
+            m_machine->advanceClock(1);
+            m_machine->setCounters(static_cast<quint64>(i) * (i + 1) / 2 * 1000, 0);
             runner.refreshNow();
         }
         // 41 refreshes: the baseline has gone, the 40 newest remain, rates 1000 ... 40000.
@@ -399,7 +365,8 @@ private Q_SLOTS:
         QCOMPARE(runner.stats().memoryUsedGB, 4.0);
         QCOMPARE(runner.stats().memoryUsedFraction, 0.5);
         QCOMPARE(runner.stats().cpuUsage, 0.0); // the first reading is a baseline
-        m_system.setFile(QStringLiteral("/proc/stat"), "cpu  175 0 125 900 0 0 0 0 0 0\n");
+        m_machine->system().setFile(QStringLiteral("/proc/stat"),
+                                    "cpu  175 0 125 900 0 0 0 0 0 0\n");
         runner.refreshNow();
         QCOMPARE(runner.stats().cpuUsage, 0.5);
     }
@@ -550,8 +517,10 @@ private Q_SLOTS:
         Panel panel = panelOf(PanelType::Webpage);
         panel.webpageURL = QStringLiteral("https://example.org");
         PanelRunner runner(panel, services());
+        QSignalSpy created(&runner, &PanelRunner::webPageCreated);
         runner.start();
         runner.refreshNow();
+        QCOMPARE(created.count(), 1);
         QCOMPARE(m_pages.size(), 1);
         QCOMPARE(m_pages.first()->loads.size(), 2);
     }

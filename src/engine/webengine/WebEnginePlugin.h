@@ -14,6 +14,7 @@ class WebEnginePlugin : public QObject, public WebEngineBackend {
 
 public:
     WebPage* createPage(QObject* parent) override;
+    QWidget* createView(WebPage* page, QWidget* parent) override;
 };
 
 } // namespace corkwheel

@@ -1,0 +1,136 @@
+#include "desktop/DesktopPanelController.h"
+
+#include "desktop/DesktopPanelHostView.h"
+#include "desktop/DesktopPanelWindow.h"
+#include "desktop/DesktopPlatform.h"
+#include "desktop/PanelGeometry.h"
+#include "engine/PanelRunner.h"
+#include "model/PanelStore.h"
+
+namespace corkwheel {
+
+DesktopPanelController::DesktopPanelController(const Panel& panel, PanelStore* store,
+                                               DesktopPlatform& platform, RunnerServices services,
+                                               QObject* parent)
+    : QObject(parent), m_platform(platform), m_store(store), m_panel(panel),
+      m_lastPushedFrame(panel.frame),
+      m_runner(std::make_unique<PanelRunner>(panel, std::move(services))),
+      m_window(std::make_unique<DesktopPanelWindow>()) {
+    m_platform.preparePanelWindow(m_window.get());
+    m_hostView = new DesktopPanelHostView(*m_runner);
+    m_window->setContent(m_hostView);
+    placeWindow(toScreen(panel.frame));
+    m_hostView->setPanel(m_panel, false);
+    m_runner->start();
+    m_platform.orderFront(m_window.get());
+    pushHostContent(false);
+    connectDrags();
+}
+
+DesktopPanelController::~DesktopPanelController() = default;
+
+void DesktopPanelController::connectDrags() {
+    connect(m_hostView, &DesktopPanelHostView::moveDragged, this,
+            &DesktopPanelController::moveDragged);
+    connect(m_hostView, &DesktopPanelHostView::resizeDragged, this,
+            &DesktopPanelController::resizeDragged);
+    connect(m_hostView, &DesktopPanelHostView::moveDragEnded, this,
+            &DesktopPanelController::dragEnded);
+    connect(m_hostView, &DesktopPanelHostView::resizeDragEnded, this,
+            &DesktopPanelController::dragEnded);
+}
+
+void DesktopPanelController::apply(const Panel& panel, bool editMode, bool hidden) {
+    if (panel == m_panel && m_lastEditMode == editMode && m_lastHidden == hidden)
+        return;
+    m_panel = panel;
+    m_lastEditMode = editMode;
+    m_lastHidden = hidden;
+    m_runner->apply(panel);
+    if (!PanelGeometry::isSameFrame(panel.frame, m_lastPushedFrame)) {
+        placeWindow(toScreen(panel.frame));
+        m_lastPushedFrame = panel.frame;
+    }
+    m_platform.setPinned(m_window.get(), !editMode);
+    if (hidden)
+        m_platform.orderOut(m_window.get());
+    else
+        m_platform.orderFront(m_window.get());
+    pushHostContent(editMode);
+}
+
+void DesktopPanelController::pushHostContent(bool editMode) {
+    m_hostView->setPanel(m_panel, editMode);
+    if (m_window->windowTitle() != m_panel.name)
+        m_window->setWindowTitle(m_panel.name);
+    updateBackdrop();
+}
+
+void DesktopPanelController::updateBackdrop() {
+    const double radius = m_panel.style.cornerRadius;
+    m_window->setDarkBackdrop(!m_platform.hasCompositor(), radius);
+    QPainterPath glass;
+    if (m_panel.style.showGlassBackground)
+        glass.addRoundedRect(QRectF(QPointF(), m_placedFrame.size()), radius, radius);
+    if (glass == m_blurShape)
+        return;
+    m_blurShape = glass;
+    m_platform.requestBlurBehind(m_window.get(), glass);
+}
+
+// The drag's translation is measured from where it began, so every frame is computed from
+// the frame at the start of the drag; nothing accumulates.
+void DesktopPanelController::moveDragged(QPointF translation) {
+    if (!m_dragStartFrame)
+        m_dragStartFrame = m_placedFrame;
+    applyLiveFrame(PanelGeometry::moved(*m_dragStartFrame, translation));
+}
+
+void DesktopPanelController::resizeDragged(QPointF translation) {
+    if (!m_dragStartFrame)
+        m_dragStartFrame = m_placedFrame;
+    applyLiveFrame(PanelGeometry::resized(*m_dragStartFrame, translation));
+}
+
+void DesktopPanelController::dragEnded() {
+    m_dragStartFrame.reset();
+    commitFrame();
+}
+
+void DesktopPanelController::applyLiveFrame(const QRectF& rect) {
+    placeWindow(rect);
+    const PanelFrame frame = toPanel(rect);
+    m_lastPushedFrame = frame;
+    m_panel.frame = frame;
+    if (m_store)
+        m_store->updateFrame(m_panel.id, frame);
+    pushHostContent(true);
+}
+
+void DesktopPanelController::commitFrame() {
+    const PanelFrame frame = toPanel(m_placedFrame);
+    m_lastPushedFrame = frame;
+    m_panel.frame = frame;
+    if (m_store)
+        m_store->updateFrame(m_panel.id, frame);
+}
+
+// The window's own geometry is not read back: the window system reports positions late,
+// and during a drag a report can arrive a step behind the frame placed since. The frame
+// placed last is where the window is.
+void DesktopPanelController::placeWindow(const QRectF& rect) {
+    m_placedFrame = rect;
+    const QRect pixels = PanelGeometry::windowRect(rect);
+    m_platform.setFrame(m_window.get(), pixels);
+    m_hostView->setGeometry(QRect(QPoint(), pixels.size()));
+}
+
+QRectF DesktopPanelController::toScreen(const PanelFrame& frame) const {
+    return PanelGeometry::toScreen(frame, m_platform.mainScreenGeometry());
+}
+
+PanelFrame DesktopPanelController::toPanel(const QRectF& rect) const {
+    return PanelGeometry::toPanel(rect, m_platform.mainScreenGeometry());
+}
+
+} // namespace corkwheel

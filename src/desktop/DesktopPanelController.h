@@ -1,0 +1,76 @@
+#pragma once
+
+#include "engine/RunnerServices.h"
+#include "model/Panel.h"
+
+#include <QObject>
+#include <QPainterPath>
+#include <QPointF>
+#include <QPointer>
+#include <QRectF>
+
+#include <memory>
+#include <optional>
+
+namespace corkwheel {
+
+class DesktopPanelHostView;
+class DesktopPanelWindow;
+class DesktopPlatform;
+class PanelRunner;
+class PanelStore;
+
+// Keeps one panel's desktop window in step with the panel: places it at the panel's frame,
+// switches it between pinned to the desktop and editable, shows or hides it, and turns the
+// user's move and resize drags into frames that it writes back to the store.
+class DesktopPanelController : public QObject {
+    Q_OBJECT
+
+public:
+    // Shows the panel at once, pinned. The runner reads the world through `services`.
+    DesktopPanelController(const Panel& panel, PanelStore* store, DesktopPlatform& platform,
+                           RunnerServices services = RunnerServices::shared(),
+                           QObject* parent = nullptr);
+    ~DesktopPanelController() override;
+
+    // `hidden` is the effective flag: everything hidden, or this panel disabled. Returns at
+    // once when nothing changed, so the store's echo of a drag costs one comparison.
+    void apply(const Panel& panel, bool editMode, bool hidden);
+
+    const Panel& panel() const { return m_panel; }
+    PanelFrame lastPushedFrame() const { return m_lastPushedFrame; }
+    DesktopPanelWindow* window() const { return m_window.get(); }
+    DesktopPanelHostView* hostView() const { return m_hostView; }
+    PanelRunner& runner() const { return *m_runner; }
+
+private:
+    void connectDrags();
+    void pushHostContent(bool editMode);
+    void updateBackdrop();
+    void moveDragged(QPointF translation);
+    void resizeDragged(QPointF translation);
+    void dragEnded();
+    void applyLiveFrame(const QRectF& rect);
+    void commitFrame();
+    void placeWindow(const QRectF& rect);
+    QRectF toScreen(const PanelFrame& frame) const;
+    PanelFrame toPanel(const QRectF& rect) const;
+
+    DesktopPlatform& m_platform;
+    QPointer<PanelStore> m_store;
+    Panel m_panel;
+    PanelFrame m_lastPushedFrame;
+    // In global coordinates, unrounded: the window itself can only sit on whole pixels.
+    QRectF m_placedFrame;
+    std::optional<QRectF> m_dragStartFrame;
+    std::optional<bool> m_lastEditMode;
+    std::optional<bool> m_lastHidden;
+    QPainterPath m_blurShape;
+    // Declared before the window: the host view inside the window reads the runner until
+    // the window is gone.
+    std::unique_ptr<PanelRunner> m_runner;
+    std::unique_ptr<DesktopPanelWindow> m_window;
+    DesktopPanelHostView* m_hostView = nullptr;
+};
+
+} // namespace corkwheel

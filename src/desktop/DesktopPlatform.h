@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QRect>
+
+#include <memory>
+#include <optional>
+
+class QWidget;
+class QPainterPath;
+
+namespace corkwheel {
+
+// Everything a panel window needs from the window system, in one place, so the rest of
+// the desktop code never mentions X11 (or, later, a Wayland layer shell). Every window
+// operation of the panel controllers goes through here, which lets tests count them.
+class DesktopPlatform {
+public:
+    virtual ~DesktopPlatform() = default;
+
+    // Turns a new top-level widget into a panel window before it is first shown:
+    // frameless, translucent, never focused, no shadow, on every workspace, left out of
+    // the taskbar, the pager and the window switcher.
+    virtual void preparePanelWindow(QWidget* window) = 0;
+
+    // Pinned: below every ordinary window, mouse events pass through to what lies under
+    // it. Not pinned (edit mode): above ordinary windows, receiving the mouse. The same
+    // window stays at the same place either way.
+    virtual void setPinned(QWidget* window, bool pinned) = 0;
+
+    // Places the window at `frame`, in Qt's global coordinates (device-independent).
+    virtual void setFrame(QWidget* window, const QRect& frame) = 0;
+    virtual QRect frame(const QWidget* window) const = 0;
+
+    // Shows the window without taking the focus or activating Corkwheel.
+    virtual void orderFront(QWidget* window) = 0;
+    virtual void orderOut(QWidget* window) = 0;
+    virtual void close(QWidget* window) = 0;
+
+    // The main screen's geometry in Qt's global coordinates; panel frames are measured
+    // from its top-left corner. None without a screen.
+    virtual std::optional<QRect> mainScreenGeometry() const = 0;
+
+    // Whether a compositing manager runs, so translucent windows really are translucent.
+    virtual bool hasCompositor() const = 0;
+
+    // Asks the compositor to blur what lies behind `shape` (window coordinates), where it
+    // offers that; does nothing elsewhere.
+    virtual void requestBlurBehind(QWidget* window, const QPainterPath& shape) = 0;
+
+    // The platform of this session: X11 (also through XWayland) or, without it, plain Qt.
+    static std::unique_ptr<DesktopPlatform> create();
+};
+
+} // namespace corkwheel

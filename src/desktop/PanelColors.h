@@ -1,0 +1,16 @@
+#pragma once
+
+#include "model/CodableColor.h"
+
+#include <QColor>
+
+namespace corkwheel::PanelColors {
+
+// A stored colour as Qt draws it: sRGB, each component clamped to 0...1 (the model keeps
+// whatever the document held).
+QColor toQColor(const CodableColor& color);
+
+// `color` with its alpha multiplied by `opacity`.
+QColor withOpacity(QColor color, double opacity);
+
+} // namespace corkwheel::PanelColors

@@ -1,0 +1,178 @@
+#include "desktop/PanelContentView.h"
+
+#include "desktop/DevicePixelRatio.h"
+#include "desktop/PanelBackground.h"
+#include "desktop/PanelShapes.h"
+#include "desktop/StatisticsBody.h"
+#include "desktop/TextBody.h"
+#include "engine/PanelRunner.h"
+#include "engine/WebPage.h"
+
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace corkwheel {
+
+namespace {
+
+double clampedOpacity(double opacity) {
+    return std::isfinite(opacity) ? std::clamp(opacity, 0.0, 1.0) : 1.0;
+}
+
+QString summaryHelp() {
+    return QStringLiteral("Resize the panel to see all disks");
+}
+
+} // namespace
+
+PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
+    : QWidget(parent), m_runner(runner), m_panel(runner.panel()), m_webBody(runner, this) {
+    const auto redraw = [this] { update(); };
+    connect(&runner, &PanelRunner::textOutputChanged, this, redraw);
+    connect(&runner, &PanelRunner::imageChanged, this, redraw);
+    connect(&runner, &PanelRunner::statsChanged, this, redraw);
+    connect(&runner, &PanelRunner::networkHistoryChanged, this, redraw);
+    connect(&runner, &PanelRunner::isRunningChanged, this, redraw);
+    connect(&runner, &PanelRunner::webPageCreated, this, [this] { syncWebView(); });
+}
+
+void PanelContentView::setPanel(const Panel& panel) {
+    m_panel = panel;
+    syncWebView();
+    update();
+}
+
+const Panel& PanelContentView::panel() const {
+    return m_panel;
+}
+
+QString PanelContentView::displayedText() const {
+    return TextBody::displayedText(m_panel.type, m_runner.textOutput(), m_runner.isRunning());
+}
+
+StatsLayout PanelContentView::statsLayout() const {
+    return StatsLayout::build(m_runner.stats(), m_panel.style, size(), m_measuredRowHeight,
+                              m_measuredNetworkHeight);
+}
+
+void PanelContentView::setWebViewFactory(WebBody::ViewFactory factory) {
+    m_webBody.setViewFactory(std::move(factory));
+    syncWebView();
+}
+
+QWidget* PanelContentView::webView() const {
+    return m_webBody.view();
+}
+
+QString PanelContentView::toolTipAt(const QPoint& position) const {
+    if (m_panel.type != PanelType::SystemStats)
+        return {};
+    const StatsLayout layout = statsLayout();
+    return !layout.summary.isEmpty() && layout.summaryRect.contains(position) ? summaryHelp()
+                                                                              : QString();
+}
+
+bool PanelContentView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip)
+        return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const QString text = toolTipAt(help->pos());
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+        event->ignore();
+    } else {
+        QToolTip::showText(help->globalPos(), text, this, statsLayout().summaryRect.toRect());
+    }
+    return true;
+}
+
+void PanelContentView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    syncWebView();
+}
+
+void PanelContentView::syncWebView() {
+    m_webBody.sync(m_panel, rect());
+}
+
+void PanelContentView::paintEvent(QPaintEvent*) {
+    const double opacity = clampedOpacity(m_panel.style.opacity);
+    if (opacity <= 0 || width() <= 0 || height() <= 0)
+        return;
+    QPainter painter(this);
+    if (opacity >= 1) {
+        paintContent(painter);
+        return;
+    }
+    // The panel fades as one piece: its layers are composed first, then drawn at the
+    // opacity, so the background doesn't show through the text.
+    const double ratio = paintRatio(painter);
+    QImage layer(size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    layer.setDevicePixelRatio(ratio);
+    layer.fill(Qt::transparent);
+    {
+        QPainter layerPainter(&layer);
+        paintContent(layerPainter);
+    }
+    painter.setOpacity(opacity);
+    painter.drawImage(QPointF(), layer);
+}
+
+void PanelContentView::paintContent(QPainter& painter) {
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing |
+                           QPainter::SmoothPixmapTransform);
+    const QRectF bounds(rect());
+    PanelBackground::paint(painter, bounds, m_panel.style);
+    paintBody(painter, bounds);
+}
+
+void PanelContentView::paintBody(QPainter& painter, const QRectF& rect) {
+    switch (m_panel.type) {
+    case PanelType::Shell:
+    case PanelType::File:
+    case PanelType::Text:
+    case PanelType::Clock:
+        TextBody::paint(painter, rect, displayedText(), m_panel.style);
+        break;
+    case PanelType::Image:
+        m_imageBody.paint(painter, rect, m_runner.image(), m_panel.style);
+        break;
+    case PanelType::SystemStats:
+        paintStatistics(painter, rect);
+        break;
+    case PanelType::Webpage:
+        paintWeb(painter, rect);
+        break;
+    }
+}
+
+void PanelContentView::paintStatistics(QPainter& painter, const QRectF& rect) {
+    const StatsLayout layout = statsLayout();
+    StatisticsBody::paint(painter, rect, layout, m_runner.networkHistory(), m_panel.style);
+    remember(layout);
+}
+
+// The first layout assumes a row and the graph to be 30 and 50 points high; once laid
+// out, their real heights decide how many disks fit, in a second pass.
+void PanelContentView::remember(const StatsLayout& layout) {
+    if (layout.rowHeight == m_measuredRowHeight && layout.networkHeight == m_measuredNetworkHeight)
+        return;
+    m_measuredRowHeight = layout.rowHeight;
+    m_measuredNetworkHeight = layout.networkHeight;
+    update();
+}
+
+void PanelContentView::paintWeb(QPainter& painter, const QRectF& rect) {
+    if (m_webBody.showsPage())
+        return;
+    painter.save();
+    painter.setClipPath(PanelShapes::rounded(rect, m_panel.style.cornerRadius), Qt::IntersectClip);
+    WebBody::paintPlaceholder(painter, rect);
+    painter.restore();
+}
+
+} // namespace corkwheel

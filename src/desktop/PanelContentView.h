@@ -1,0 +1,68 @@
+#pragma once
+
+#include "desktop/ImageBody.h"
+#include "desktop/StatsLayout.h"
+#include "desktop/WebBody.h"
+#include "model/Panel.h"
+
+#include <QString>
+#include <QWidget>
+
+namespace corkwheel {
+
+class PanelRunner;
+
+// Draws what a panel shows, by its type and style: text, an image, a web page, or the
+// system statistics with the network graph. Redraws whenever the runner publishes a
+// change. Used by the desktop windows and by the editor's preview.
+//
+// It never handles the mouse itself: on the desktop the window lets the pointer through
+// outside edit mode, and in edit mode only the host's chrome reacts to it.
+class PanelContentView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit PanelContentView(PanelRunner& runner, QWidget* parent = nullptr);
+
+    void setPanel(const Panel& panel);
+    const Panel& panel() const;
+
+    // What a text-type panel shows right now, placeholder included.
+    QString displayedText() const;
+    // The statistics as they are laid out at the present size with the present
+    // measurements.
+    StatsLayout statsLayout() const;
+    // The heights last measured by laying out the statistics; 0 until the first layout.
+    double measuredRowHeight() const { return m_measuredRowHeight; }
+    double measuredNetworkHeight() const { return m_measuredNetworkHeight; }
+
+    // Replaces where the web view of a webpage panel comes from (the web engine plugin).
+    void setWebViewFactory(WebBody::ViewFactory factory);
+    // The web view, once a webpage panel has made one; null before.
+    QWidget* webView() const;
+
+    // The hover help at `position`: on the summary of hidden disks, how to see them all.
+    QString toolTipAt(const QPoint& position) const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void paintContent(QPainter& painter);
+    void paintBody(QPainter& painter, const QRectF& rect);
+    void paintStatistics(QPainter& painter, const QRectF& rect);
+    void paintWeb(QPainter& painter, const QRectF& rect);
+    void remember(const StatsLayout& layout);
+    void syncWebView();
+
+    PanelRunner& m_runner;
+    Panel m_panel;
+    double m_measuredRowHeight = 0;
+    double m_measuredNetworkHeight = 0;
+    ImageBody m_imageBody;
+    WebBody m_webBody;
+};
+
+} // namespace corkwheel

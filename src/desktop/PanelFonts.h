@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+
+namespace corkwheel::PanelFonts {
+
+// Font sizes here are in points of the panel's geometry (device-independent pixels), like
+// every other size of a panel, so a 13-point panel font stands as tall as 13 points of the
+// panel's frame whatever the desktop's DPI setting.
+
+// The font a panel style names, at `size`. A family that is not installed gives the
+// system's fixed-width font instead: the default style names a font Linux systems lack, and
+// its panels should stay monospaced here too.
+QFont styleFont(const QString& family, double size);
+
+// The application's font at `size` and `weight`.
+QFont systemFont(double size, QFont::Weight weight = QFont::Normal);
+
+// The application font's size, and the two smaller caption sizes derived from it.
+double bodySize();
+QFont caption();
+QFont smallCaption();
+
+// Sets the size of `font` in points of the panel's geometry.
+void setSize(QFont& font, double size);
+
+// The size of `font` in points of the panel's geometry.
+double sizeOf(const QFont& font);
+
+} // namespace corkwheel::PanelFonts

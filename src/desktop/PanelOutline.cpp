@@ -1,0 +1,29 @@
+#include "desktop/PanelOutline.h"
+
+#include "desktop/PanelShapes.h"
+#include "desktop/Theme.h"
+
+#include <QPainter>
+
+namespace corkwheel {
+
+PanelOutline::PanelOutline(QWidget* parent) : QWidget(parent) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+}
+
+void PanelOutline::setCornerRadius(double radius) {
+    m_cornerRadius = radius;
+    update();
+}
+
+void PanelOutline::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    QPen pen(Theme::accent(), kLineWidth);
+    pen.setJoinStyle(Qt::MiterJoin);
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(PanelShapes::insideStroke(QRectF(rect()), m_cornerRadius, kLineWidth));
+}
+
+} // namespace corkwheel

@@ -1,0 +1,31 @@
+#include "desktop/PanelResizeHandle.h"
+
+#include "desktop/Symbols.h"
+#include "desktop/Theme.h"
+
+#include <QPainter>
+
+namespace corkwheel {
+
+PanelResizeHandle::PanelResizeHandle(QWidget* parent) : DragArea(parent) {
+    setToolTip(QStringLiteral("Drag to resize this panel"));
+    setFixedSize(kSize, kSize);
+}
+
+QRectF PanelResizeHandle::circleRect() {
+    return QRectF(0, 0, kSize, kSize).adjusted(kMargin, kMargin, -kMargin, -kMargin);
+}
+
+void PanelResizeHandle::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF circle = circleRect();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Theme::accent());
+    painter.drawEllipse(circle);
+    Symbols::paint(
+        painter, circle.adjusted(kCirclePadding, kCirclePadding, -kCirclePadding, -kCirclePadding),
+        QStringLiteral("arrow.up.left.and.arrow.down.right"), Qt::white);
+}
+
+} // namespace corkwheel

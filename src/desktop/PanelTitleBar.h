@@ -1,0 +1,44 @@
+#pragma once
+
+#include "desktop/DragArea.h"
+
+#include <QFont>
+#include <QString>
+
+namespace corkwheel {
+
+// The bar along the top of a panel in edit mode: the panel type's symbol and the panel's
+// name on frosted glass. Dragging it moves the panel.
+class PanelTitleBar : public DragArea {
+    Q_OBJECT
+
+public:
+    explicit PanelTitleBar(QWidget* parent = nullptr);
+
+    // `panelHeight` lets the bar's top corners follow the panel's rounded outline.
+    void setContent(const QString& name, const QString& symbolName, double cornerRadius,
+                    double panelHeight);
+
+    // The name as it fits on the bar's one line, cut with "…" when too long.
+    QString shownName() const;
+
+    static constexpr double kSidePadding = 10;
+    static constexpr double kSpacing = 6;
+    static constexpr double kSymbolSize = 11;
+    static constexpr double kNameSize = 12;
+    static constexpr double kHairlineOpacity = 0.15;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QFont nameFont() const;
+    double nameLeft() const;
+
+    QString m_name;
+    QString m_symbolName;
+    double m_cornerRadius = 0;
+    double m_panelHeight = 0;
+};
+
+} // namespace corkwheel

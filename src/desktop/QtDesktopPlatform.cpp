@@ -1,0 +1,84 @@
+#include "desktop/QtDesktopPlatform.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QWidget>
+#include <QWindow>
+
+namespace corkwheel {
+
+Qt::WindowFlags QtDesktopPlatform::panelFlags(bool pinned) {
+    Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus |
+                            Qt::NoDropShadowWindowHint;
+    if (pinned)
+        flags |= Qt::WindowStaysOnBottomHint | Qt::WindowTransparentForInput;
+    else
+        flags |= Qt::WindowStaysOnTopHint;
+    return flags;
+}
+
+bool QtDesktopPlatform::isPinned(const QWidget* window) {
+    return window->windowFlags().testFlag(Qt::WindowStaysOnBottomHint);
+}
+
+void QtDesktopPlatform::preparePanelWindow(QWidget* window) {
+    window->setWindowFlags(panelFlags(true));
+    window->setAttribute(Qt::WA_TranslucentBackground);
+    window->setAttribute(Qt::WA_ShowWithoutActivating);
+    window->setAttribute(Qt::WA_X11DoNotAcceptFocus);
+    window->setAttribute(Qt::WA_DeleteOnClose, false);
+    window->setAttribute(Qt::WA_QuitOnClose, false);
+    window->setFocusPolicy(Qt::NoFocus);
+}
+
+void QtDesktopPlatform::setPinned(QWidget* window, bool pinned) {
+    const Qt::WindowFlags flags = panelFlags(pinned);
+    if (window->windowFlags() == flags)
+        return;
+    // QWidget::setWindowFlags would recreate a native window, which hides it and gives it a
+    // new identity; the native window's own flags change in place.
+    if (QWindow* handle = window->windowHandle()) {
+        handle->setFlags(flags);
+        window->overrideWindowFlags(flags);
+    } else {
+        window->setWindowFlags(flags);
+    }
+}
+
+void QtDesktopPlatform::setFrame(QWidget* window, const QRect& frame) {
+    window->setGeometry(frame);
+}
+
+QRect QtDesktopPlatform::frame(const QWidget* window) const {
+    return window->geometry();
+}
+
+// Stacking follows the stays-on-top/bottom hints, so showing is all ordering front takes.
+void QtDesktopPlatform::orderFront(QWidget* window) {
+    window->show();
+}
+
+void QtDesktopPlatform::orderOut(QWidget* window) {
+    window->hide();
+}
+
+void QtDesktopPlatform::close(QWidget* window) {
+    window->close();
+}
+
+std::optional<QRect> QtDesktopPlatform::mainScreenGeometry() const {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return std::nullopt;
+    return screen->geometry();
+}
+
+bool QtDesktopPlatform::hasCompositor() const {
+    // Nothing in Qt tells; the platforms that are not X11 (Wayland, the offscreen one)
+    // always blend translucent windows.
+    return true;
+}
+
+void QtDesktopPlatform::requestBlurBehind(QWidget*, const QPainterPath&) {}
+
+} // namespace corkwheel

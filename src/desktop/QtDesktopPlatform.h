@@ -1,0 +1,29 @@
+#pragma once
+
+#include "desktop/DesktopPlatform.h"
+
+#include <Qt>
+
+namespace corkwheel {
+
+// Panel windows with nothing but Qt's window flags: what any Qt platform understands, and
+// what the tests run on. Window systems that can do more build on it.
+class QtDesktopPlatform : public DesktopPlatform {
+public:
+    void preparePanelWindow(QWidget* window) override;
+    void setPinned(QWidget* window, bool pinned) override;
+    void setFrame(QWidget* window, const QRect& frame) override;
+    QRect frame(const QWidget* window) const override;
+    void orderFront(QWidget* window) override;
+    void orderOut(QWidget* window) override;
+    void close(QWidget* window) override;
+    std::optional<QRect> mainScreenGeometry() const override;
+    bool hasCompositor() const override;
+    void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
+
+protected:
+    static Qt::WindowFlags panelFlags(bool pinned);
+    static bool isPinned(const QWidget* window);
+};
+
+} // namespace corkwheel

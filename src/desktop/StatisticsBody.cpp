@@ -1,0 +1,41 @@
+#include "desktop/StatisticsBody.h"
+
+#include "desktop/DropShadow.h"
+#include "desktop/NetworkGraphView.h"
+#include "desktop/PanelColors.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+namespace corkwheel::StatisticsBody {
+
+namespace {
+
+void paintSummary(QPainter& painter, const StatsLayout& layout, const QColor& color) {
+    if (layout.summary.isEmpty())
+        return;
+    const QFontMetricsF metrics(layout.summaryFont);
+    painter.setFont(layout.summaryFont);
+    painter.setPen(PanelColors::withOpacity(color, kSummaryOpacity));
+    painter.drawText(
+        QPointF(layout.summaryRect.left(), layout.summaryRect.top() + metrics.ascent()),
+        layout.summary);
+}
+
+} // namespace
+
+void paint(QPainter& painter, const QRectF& rect, const StatsLayout& layout,
+           const QList<NetworkSample>& history, const PanelStyle& style) {
+    const QColor color = PanelColors::toQColor(style.textColor);
+    DropShadow::paint(painter, rect, style.showShadow, [&](QPainter& content) {
+        content.save();
+        content.setClipRect(rect);
+        for (const StatsLayout::Row& row : layout.rows)
+            row.row.paint(content, row.rect, layout.font, color);
+        paintSummary(content, layout, color);
+        NetworkGraphView(history, color).paint(content, layout.graphRect, layout.font, color);
+        content.restore();
+    });
+}
+
+} // namespace corkwheel::StatisticsBody

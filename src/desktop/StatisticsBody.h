@@ -1,0 +1,22 @@
+#pragma once
+
+#include "desktop/StatsLayout.h"
+#include "engine/NetworkSample.h"
+#include "model/PanelStyle.h"
+
+#include <QList>
+#include <QRectF>
+
+class QPainter;
+
+namespace corkwheel::StatisticsBody {
+
+// The dimmed style of the summary line.
+inline constexpr double kSummaryOpacity = 0.5;
+
+// Draws a system-stats panel's rows, summary line and network graph as `layout` placed
+// them, in the style's text colour, with the style's shadow. `rect` is the whole panel.
+void paint(QPainter& painter, const QRectF& rect, const StatsLayout& layout,
+           const QList<NetworkSample>& history, const PanelStyle& style);
+
+} // namespace corkwheel::StatisticsBody

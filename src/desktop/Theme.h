@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QColor>
+
+namespace corkwheel::Theme {
+
+// The one accent colour of Corkwheel's chrome and editor: the desktop's own, which Qt
+// gives as the palette's highlight.
+QColor accent();
+
+} // namespace corkwheel::Theme

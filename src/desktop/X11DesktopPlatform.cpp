@@ -1,0 +1,191 @@
+#include "desktop/X11DesktopPlatform.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QPainterPath>
+#include <QRegion>
+#include <QTransform>
+#include <QWidget>
+#include <QWindow>
+
+#include <xcb/shape.h>
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+
+namespace corkwheel {
+
+namespace {
+
+// Qt's xcb plugin writes _NET_WM_WINDOW_TYPE itself whenever a window's flags change; this
+// window property tells it which type to write (its value for the splash type).
+constexpr char kQtWindowTypeProperty[] = "_q_xcb_wm_window_type";
+constexpr int kQtSplashWindowType = 0x40;
+
+constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
+
+// Calls back whenever its window is exposed, which a freshly mapped window only is once the
+// window manager has taken it in.
+class ExposeWatcher : public QObject {
+public:
+    ExposeWatcher(QWindow* window, std::function<void()> exposed)
+        : QObject(window), m_exposed(std::move(exposed)) {
+        window->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Expose)
+            m_exposed();
+        return false;
+    }
+
+private:
+    std::function<void()> m_exposed;
+};
+
+struct FreeDeleter {
+    void operator()(void* reply) const { std::free(reply); }
+};
+
+// The screen number in DISPLAY (":0.1" is screen 1), which is the one Qt connects to.
+int screenNumberOfDisplay() {
+    const QByteArray display = qgetenv("DISPLAY");
+    const qsizetype colon = display.lastIndexOf(':');
+    const qsizetype dot = display.indexOf('.', colon < 0 ? 0 : colon);
+    if (colon < 0 || dot < 0)
+        return 0;
+    bool ok = false;
+    const int number = display.mid(dot + 1).toInt(&ok);
+    return ok ? number : 0;
+}
+
+xcb_window_t nativeWindow(const QWidget* window) {
+    return static_cast<xcb_window_t>(window->winId());
+}
+
+} // namespace
+
+X11DesktopPlatform::X11DesktopPlatform() : m_screenNumber(screenNumberOfDisplay()) {
+    if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
+        m_connection = x11->connection();
+}
+
+std::uint32_t X11DesktopPlatform::atom(const QByteArray& name) const {
+    const auto known = m_atoms.constFind(name);
+    if (known != m_atoms.constEnd())
+        return *known;
+    const auto cookie =
+        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(name.size()), name.constData());
+    const std::unique_ptr<xcb_intern_atom_reply_t, FreeDeleter> reply(
+        xcb_intern_atom_reply(m_connection, cookie, nullptr));
+    const xcb_atom_t value = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    m_atoms.insert(name, value);
+    return value;
+}
+
+void X11DesktopPlatform::setAtomList(std::uint32_t window, const QByteArray& property,
+                                     const QList<QByteArray>& values) {
+    QList<xcb_atom_t> atoms;
+    for (const QByteArray& value : values)
+        atoms.append(atom(value));
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, window, atom(property), XCB_ATOM_ATOM,
+                        32, static_cast<uint32_t>(atoms.size()), atoms.constData());
+}
+
+void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
+    QtDesktopPlatform::preparePanelWindow(window);
+    if (!m_connection)
+        return;
+    // Openbox and xfwm4 hide every normal and utility window for "show desktop", but leave
+    // splash windows, which still honour the below state; the desktop type is no choice, as
+    // desktop environments raise their own desktop window over it when it is clicked.
+    // Qt rewrites the type from its property whenever the flags change, and writes it here
+    // in the same order, so both agree.
+    setAtomList(nativeWindow(window), "_NET_WM_WINDOW_TYPE",
+                {"_NET_WM_WINDOW_TYPE_SPLASH", "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE",
+                 "_NET_WM_WINDOW_TYPE_NORMAL"});
+    window->windowHandle()->setProperty(kQtWindowTypeProperty, kQtSplashWindowType);
+    setReceivesMouse(window, false);
+    // Window managers copy the input shape to their frame only when told of a change after
+    // they took the window in; one set before that leaves the frame catching every click.
+    new ExposeWatcher(window->windowHandle(),
+                      [this, window] { setReceivesMouse(window, !isPinned(window)); });
+}
+
+void X11DesktopPlatform::setPinned(QWidget* window, bool pinned) {
+    QtDesktopPlatform::setPinned(window, pinned);
+    if (m_connection)
+        setReceivesMouse(window, !pinned);
+}
+
+// The input shape decides where the pointer falls through to the windows below: empty, it
+// passes everywhere. Reset, it follows the window's size, which Qt's own input region for
+// windows that stop being transparent does not do, so a panel enlarged in edit mode would
+// stop taking the mouse beyond its old size. Window managers copy it to their frame.
+void X11DesktopPlatform::setReceivesMouse(QWidget* window, bool receives) {
+    const xcb_window_t id = nativeWindow(window);
+    if (receives) {
+        xcb_shape_mask(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, id, 0, 0, XCB_NONE);
+    } else {
+        xcb_shape_rectangles(m_connection, XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT,
+                             XCB_CLIP_ORDERING_UNSORTED, id, 0, 0, 0, nullptr);
+    }
+    xcb_flush(m_connection);
+}
+
+// The window manager drops these when a window is withdrawn, so they are written again
+// before every map. The whole state list is written, so no stale above or below state
+// survives from before the window was hidden.
+void X11DesktopPlatform::setDesktopWideState(QWidget* window) {
+    const xcb_window_t id = nativeWindow(window);
+    setAtomList(id, "_NET_WM_STATE",
+                {"_NET_WM_STATE_STICKY", "_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER",
+                 isPinned(window) ? "_NET_WM_STATE_BELOW" : "_NET_WM_STATE_ABOVE"});
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_DESKTOP"),
+                        XCB_ATOM_CARDINAL, 32, 1, &kAllDesktops);
+}
+
+void X11DesktopPlatform::orderFront(QWidget* window) {
+    if (m_connection && !window->isVisible())
+        setDesktopWideState(window);
+    QtDesktopPlatform::orderFront(window);
+}
+
+bool X11DesktopPlatform::hasCompositor() const {
+    if (!m_connection)
+        return false;
+    const QByteArray selection = "_NET_WM_CM_S" + QByteArray::number(m_screenNumber);
+    const auto cookie = xcb_get_selection_owner(m_connection, atom(selection));
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, FreeDeleter> reply(
+        xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+// KWin's blur effect reads the region as x, y, width, height quadruples in device pixels;
+// other compositors ignore the property.
+void X11DesktopPlatform::requestBlurBehind(QWidget* window, const QPainterPath& shape) {
+    if (!m_connection)
+        return;
+    const xcb_window_t id = nativeWindow(window);
+    const xcb_atom_t property = atom("_KDE_NET_WM_BLUR_BEHIND_REGION");
+    if (shape.isEmpty()) {
+        xcb_delete_property(m_connection, id, property);
+        return;
+    }
+    const qreal ratio = window->devicePixelRatioF();
+    const QPainterPath devicePath = QTransform::fromScale(ratio, ratio).map(shape);
+    const QRegion region(devicePath.toFillPolygon().toPolygon());
+    QList<uint32_t> values;
+    for (const QRect& rect : region) {
+        values << static_cast<uint32_t>(rect.x()) << static_cast<uint32_t>(rect.y())
+               << static_cast<uint32_t>(rect.width()) << static_cast<uint32_t>(rect.height());
+    }
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id, property, XCB_ATOM_CARDINAL, 32,
+                        static_cast<uint32_t>(values.size()), values.constData());
+    xcb_flush(m_connection);
+}
+
+} // namespace corkwheel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "desktop/QtDesktopPlatform.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+
+#include <cstdint>
+
+struct xcb_connection_t;
+
+namespace corkwheel {
+
+// Panel windows on X11 (also under XWayland): Qt's flags, plus the EWMH hints that Qt does
+// not set: on every workspace, out of the taskbar and pager, a window type that "show
+// desktop" leaves alone, the compositor check and blur behind the glass background.
+class X11DesktopPlatform : public QtDesktopPlatform {
+public:
+    // The connection of the running xcb application.
+    X11DesktopPlatform();
+
+    void preparePanelWindow(QWidget* window) override;
+    void setPinned(QWidget* window, bool pinned) override;
+    void orderFront(QWidget* window) override;
+    bool hasCompositor() const override;
+    void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
+
+private:
+    std::uint32_t atom(const QByteArray& name) const;
+    void setAtomList(std::uint32_t window, const QByteArray& property,
+                     const QList<QByteArray>& values);
+    void setDesktopWideState(QWidget* window);
+    void setReceivesMouse(QWidget* window, bool receives);
+
+    xcb_connection_t* m_connection = nullptr;
+    int m_screenNumber = 0;
+    mutable QHash<QByteArray, std::uint32_t> m_atoms;
+};
+
+} // namespace corkwheel

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "desktop/DesktopPlatform.h"
+
+#include <QHash>
+#include <QList>
+#include <QPainterPath>
+#include <QRect>
+#include <QWidget>
+
+#include <algorithm>
+#include <functional>
+
+namespace corkwheel::test {
+
+// A window system that only remembers: every window operation in order, and what each
+// window looks like after them (where it is, whether it is shown, pinned or closed). Real
+// widgets are left alone, so nothing depends on a display.
+class RecordingDesktopPlatform final : public DesktopPlatform {
+public:
+    enum class Op { Prepare, SetPinned, SetFrame, OrderFront, OrderOut, Close, BlurBehind };
+
+    struct Call {
+        Op op;
+        const QWidget* window;
+    };
+
+    struct WindowState {
+        QRect frame;
+        bool shown = false;
+        bool pinned = true;
+        bool closed = false;
+        QPainterPath blurShape;
+    };
+
+    void preparePanelWindow(QWidget* window) override { record(Op::Prepare, window); }
+    void setPinned(QWidget* window, bool pinned) override {
+        record(Op::SetPinned, window);
+        m_windows[window].pinned = pinned;
+    }
+    void setFrame(QWidget* window, const QRect& frame) override {
+        record(Op::SetFrame, window);
+        m_windows[window].frame = frame;
+    }
+    QRect frame(const QWidget* window) const override { return state(window).frame; }
+    void orderFront(QWidget* window) override {
+        record(Op::OrderFront, window);
+        m_windows[window].shown = true;
+    }
+    void orderOut(QWidget* window) override {
+        record(Op::OrderOut, window);
+        m_windows[window].shown = false;
+    }
+    void close(QWidget* window) override {
+        record(Op::Close, window);
+        m_windows[window].shown = false;
+        m_windows[window].closed = true;
+        if (onClose)
+            onClose(window);
+    }
+    std::optional<QRect> mainScreenGeometry() const override { return screen; }
+    bool hasCompositor() const override { return compositor; }
+    void requestBlurBehind(QWidget* window, const QPainterPath& shape) override {
+        record(Op::BlurBehind, window);
+        m_windows[window].blurShape = shape;
+    }
+
+    WindowState state(const QWidget* window) const { return m_windows.value(window); }
+    const QList<Call>& calls() const { return m_calls; }
+    void clearCalls() { m_calls.clear(); }
+
+    qsizetype count(Op op, const QWidget* window = nullptr) const {
+        return std::count_if(m_calls.cbegin(), m_calls.cend(), [&](const Call& call) {
+            return call.op == op && (!window || call.window == window);
+        });
+    }
+    qsizetype callsFor(const QWidget* window) const {
+        return std::count_if(m_calls.cbegin(), m_calls.cend(),
+                             [&](const Call& call) { return call.window == window; });
+    }
+
+    std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
+    bool compositor = true;
+    // Called after a window was closed, to look at what else was true at that moment.
+    std::function<void(const QWidget*)> onClose;
+
+private:
+    void record(Op op, const QWidget* window) { m_calls.append({op, window}); }
+
+    QList<Call> m_calls;
+    QHash<const QWidget*, WindowState> m_windows;
+};
+
+} // namespace corkwheel::test

@@ -1,0 +1,258 @@
+#include "ViewTesting.h"
+
+#include "desktop/DesktopPanelHostView.h"
+#include "desktop/PanelContentView.h"
+#include "desktop/PanelResizeHandle.h"
+#include "desktop/PanelTitleBar.h"
+#include "desktop/Theme.h"
+#include "engine/PanelRunner.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+
+namespace {
+
+const QSize kSize(240, 160);
+
+Panel panelNamed(const QString& name, double cornerRadius = 16) {
+    Panel panel = Panel::makeDefault(PanelType::Text);
+    panel.name = name;
+    panel.textTemplate = QString();
+    panel.frame = PanelFrame{0, 0, double(kSize.width()), double(kSize.height())};
+    panel.style.cornerRadius = cornerRadius;
+    return panel;
+}
+
+// A mouse event at `local` on its widget whose pointer is at `global` on the screen; the
+// two move independently while the window follows a drag.
+void sendMouse(QWidget* widget, QEvent::Type type, QPointF local, QPointF global) {
+    const Qt::MouseButtons buttons =
+        type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::MouseButtons(Qt::LeftButton);
+    QMouseEvent event(type, local, local, global,
+                      type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons,
+                      Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+std::function<bool(QColor)> accent() {
+    return near(Theme::accent(), 30);
+}
+
+void addRatios() {
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("ratio 1") << 1.0;
+    QTest::newRow("ratio 2") << 2.0;
+}
+
+} // namespace
+
+class DesktopPanelHostViewTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<FakeMachine> m_machine;
+    std::unique_ptr<PanelRunner> m_runner;
+    std::unique_ptr<DesktopPanelHostView> m_host;
+
+    DesktopPanelHostView& host(const Panel& panel, bool editMode) {
+        m_runner = std::make_unique<PanelRunner>(panel, m_machine->services());
+        m_runner->start();
+        m_host = std::make_unique<DesktopPanelHostView>(*m_runner);
+        m_host->resize(kSize);
+        m_host->setPanel(panel, editMode);
+        return *m_host;
+    }
+
+    PanelTitleBar* titleBar() const { return m_host->findChild<PanelTitleBar*>(); }
+    PanelResizeHandle* handle() const { return m_host->findChild<PanelResizeHandle*>(); }
+
+private Q_SLOTS:
+    void init() { m_machine = std::make_unique<FakeMachine>(); }
+
+    void cleanup() {
+        m_host.reset();
+        m_runner.reset();
+    }
+
+    void contentFillsThePanel() {
+        Panel panel = panelNamed(QStringLiteral("Notes"));
+        panel.style.backgroundColor = CodableColor{1, 0, 0, 1};
+        DesktopPanelHostView& view = host(panel, false);
+        QCOMPARE(view.contentView()->geometry(), QRect(QPoint(), kSize));
+        QCOMPARE(view.contentView()->panel(), panel);
+        QCOMPARE(view.panel(), panel);
+        QVERIFY(!view.editMode());
+        QCOMPARE(colorAt(render(view, 1), QPointF(120, 80)), QColor(Qt::red));
+    }
+
+    void editModeOffShowsNoChromeAndNothingTakesTheMouse_data() { addRatios(); }
+
+    void editModeOffShowsNoChromeAndNothingTakesTheMouse() {
+        QFETCH(double, ratio);
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), false);
+        QCOMPARE(countPixels(render(view, ratio), QRectF(QPointF(), kSize), isVisible), 0);
+        QVERIFY(titleBar()->isHidden());
+        QVERIFY(handle()->isHidden());
+        QCOMPARE(view.childAt(QPoint(100, 10)), view.contentView());
+        QCOMPARE(view.childAt(QPoint(230, 150)), view.contentView());
+
+        QSignalSpy moved(&view, &DesktopPanelHostView::moveDragged);
+        QSignalSpy moveEnded(&view, &DesktopPanelHostView::moveDragEnded);
+        QSignalSpy resized(&view, &DesktopPanelHostView::resizeDragged);
+        QSignalSpy resizeEnded(&view, &DesktopPanelHostView::resizeDragEnded);
+        for (const QPoint point : {QPoint(100, 10), QPoint(230, 150)}) {
+            QWidget* target = view.childAt(point);
+            sendMouse(target, QEvent::MouseButtonPress, point, point);
+            sendMouse(target, QEvent::MouseMove, point + QPoint(20, 20), point + QPoint(20, 20));
+            sendMouse(target, QEvent::MouseButtonRelease, point + QPoint(20, 20),
+                      point + QPoint(20, 20));
+        }
+        QCOMPARE(moved.count() + moveEnded.count() + resized.count() + resizeEnded.count(), 0);
+    }
+
+    void editModeShowsOutlineTitleBarAndHandle_data() { addRatios(); }
+
+    void editModeShowsOutlineTitleBarAndHandle() {
+        QFETCH(double, ratio);
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        const QImage image = render(view, ratio);
+        // The outline: two points of accent just inside the left and right edges.
+        QVERIFY(accent()(colorAt(image, QPointF(0.5, 80))));
+        QVERIFY(accent()(colorAt(image, QPointF(1.5, 80))));
+        QCOMPARE(colorAt(image, QPointF(2.5, 80)).alpha(), 0);
+        QVERIFY(accent()(colorAt(image, QPointF(239.5, 80))));
+        QVERIFY(accent()(colorAt(image, QPointF(120, 159.5))));
+        // The title bar: 26 points of translucent glass with a faint line along its bottom.
+        QCOMPARE(titleBar()->geometry(), QRect(0, 0, 240, 26));
+        const QColor glass = colorAt(image, QPointF(200, 6));
+        QVERIFY(glass.alpha() > 80 && glass.alpha() < 160);
+        const QColor hairline = colorAt(image, QPointF(200, 25.5));
+        QVERIFY(hairline.lightness() > glass.lightness());
+        QCOMPARE(colorAt(image, QPointF(200, 27)).alpha(), 0);
+        // The handle: an accent circle 6 points in from the corner, white arrows on it.
+        QCOMPARE(handle()->geometry(), QRect(240 - 35, 160 - 35, 35, 35));
+        const QPointF centre(240 - 17.5, 160 - 17.5);
+        QVERIFY(accent()(colorAt(image, centre + QPointF(0, 10))));
+        QVERIFY(countPixels(image, QRectF(centre - QPointF(5.5, 5.5), QSizeF(11, 11)),
+                            near(Qt::white, 30, 200)) > 4 * ratio);
+        QCOMPARE(colorAt(image, QPointF(236, 140)).alpha(), 0);
+    }
+
+    void titleBarShowsTheTypeSymbolAndTheName() {
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        QCOMPARE(titleBar()->shownName(), QStringLiteral("Notes"));
+        const QImage image = render(view, 1);
+        const auto white = near(Qt::white, 30, 200);
+        QVERIFY(countPixels(image, QRectF(10, 7.5, 11, 11), white) > 4);
+        const QRectF name = inkBounds(image.copy(27, 0, 100, 25), white);
+        QVERIFY(name.width() > 20 && name.height() > 6);
+    }
+
+    void longNameIsCutWithAnEllipsisOnOneLine() {
+        const QString name = QStringLiteral("A very long panel name ").repeated(10);
+        DesktopPanelHostView& view = host(panelNamed(name), true);
+        const QString shown = titleBar()->shownName();
+        QVERIFY(shown.endsWith(QChar(0x2026)));
+        QVERIFY(shown.size() < name.size());
+        QCOMPARE(titleBar()->height(), DesktopPanelHostView::kTitleBarHeight);
+        const QImage image = render(view, 1);
+        const QRectF text = inkBounds(image.copy(27, 0, 240 - 27, 26), near(Qt::white, 30, 200));
+        QVERIFY(text.right() <= 240 - 27 - 10 + 1);
+        // Nothing spills below the bar apart from the outline.
+        QCOMPARE(countPixels(image, QRectF(3, 27, 234, 90), isVisible), 0);
+    }
+
+    void zeroCornerRadiusGivesSquareTitleBarAndOutline() {
+        host(panelNamed(QStringLiteral("Notes"), 0), true);
+        QImage image = render(*m_host, 1);
+        QVERIFY(colorAt(image, QPointF(0.5, 0.5)).alpha() > 80);
+        QVERIFY(accent()(colorAt(image, QPointF(0.5, 159.5))));
+        QVERIFY(accent()(colorAt(image, QPointF(239.5, 159.5))));
+
+        host(panelNamed(QStringLiteral("Notes"), 16), true);
+        image = render(*m_host, 1);
+        QCOMPARE(colorAt(image, QPointF(0.5, 0.5)).alpha(), 0);
+        QCOMPARE(colorAt(image, QPointF(0.5, 159.5)).alpha(), 0);
+        QCOMPARE(colorAt(image, QPointF(239.5, 159.5)).alpha(), 0);
+    }
+
+    void titleBarDragReportsTheGlobalTranslation() {
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        QSignalSpy moved(&view, &DesktopPanelHostView::moveDragged);
+        QSignalSpy ended(&view, &DesktopPanelHostView::moveDragEnded);
+        QCOMPARE(view.childAt(QPoint(100, 10)), titleBar());
+        // The window follows the pointer, so the local position hardly changes.
+        sendMouse(titleBar(), QEvent::MouseButtonPress, QPointF(100, 10), QPointF(600, 300));
+        sendMouse(titleBar(), QEvent::MouseMove, QPointF(100, 10), QPointF(630, 320));
+        sendMouse(titleBar(), QEvent::MouseMove, QPointF(101, 10), QPointF(580, 290));
+        sendMouse(titleBar(), QEvent::MouseButtonRelease, QPointF(101, 10), QPointF(580, 290));
+        QCOMPARE(moved.count(), 2);
+        QCOMPARE(moved.at(0).at(0).toPointF(), QPointF(30, 20));
+        QCOMPARE(moved.at(1).at(0).toPointF(), QPointF(-20, -10));
+        QCOMPARE(ended.count(), 1);
+    }
+
+    void resizeHandleDragReportsTheGlobalTranslation() {
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        QSignalSpy resized(&view, &DesktopPanelHostView::resizeDragged);
+        QSignalSpy ended(&view, &DesktopPanelHostView::resizeDragEnded);
+        QSignalSpy moved(&view, &DesktopPanelHostView::moveDragged);
+        // The handle's clear margin is part of it.
+        QCOMPARE(view.childAt(QPoint(238, 158)), handle());
+        sendMouse(handle(), QEvent::MouseButtonPress, QPointF(33, 33), QPointF(800, 500));
+        sendMouse(handle(), QEvent::MouseMove, QPointF(40, 45), QPointF(850, 540));
+        sendMouse(handle(), QEvent::MouseButtonRelease, QPointF(40, 45), QPointF(850, 540));
+        QCOMPARE(resized.count(), 1);
+        QCOMPARE(resized.at(0).at(0).toPointF(), QPointF(50, 40));
+        QCOMPARE(ended.count(), 1);
+        QCOMPARE(moved.count(), 0);
+    }
+
+    void dragWithoutMovementStillEnds() {
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        QSignalSpy moved(&view, &DesktopPanelHostView::moveDragged);
+        QSignalSpy moveEnded(&view, &DesktopPanelHostView::moveDragEnded);
+        QSignalSpy resized(&view, &DesktopPanelHostView::resizeDragged);
+        QSignalSpy resizeEnded(&view, &DesktopPanelHostView::resizeDragEnded);
+        sendMouse(titleBar(), QEvent::MouseButtonPress, QPointF(50, 10), QPointF(50, 10));
+        sendMouse(titleBar(), QEvent::MouseButtonRelease, QPointF(50, 10), QPointF(50, 10));
+        sendMouse(handle(), QEvent::MouseButtonPress, QPointF(17, 17), QPointF(300, 300));
+        sendMouse(handle(), QEvent::MouseButtonRelease, QPointF(17, 17), QPointF(300, 300));
+        QCOMPARE(moved.count(), 0);
+        QCOMPARE(moveEnded.count(), 1);
+        QCOMPARE(resized.count(), 0);
+        QCOMPARE(resizeEnded.count(), 1);
+    }
+
+    void chromeExplainsItselfOnHover() {
+        host(panelNamed(QStringLiteral("Notes")), true);
+        QCOMPARE(titleBar()->toolTip(), QStringLiteral("Drag to move this panel"));
+        QCOMPARE(handle()->toolTip(), QStringLiteral("Drag to resize this panel"));
+    }
+
+    void leavingEditModeRemovesTheChrome() {
+        Panel panel = panelNamed(QStringLiteral("Notes"));
+        DesktopPanelHostView& view = host(panel, true);
+        QVERIFY(countPixels(render(view, 1), QRectF(QPointF(), kSize), isVisible) > 0);
+        view.setPanel(panel, false);
+        QVERIFY(!view.editMode());
+        QCOMPARE(countPixels(render(view, 1), QRectF(QPointF(), kSize), isVisible), 0);
+    }
+
+    void chromeFollowsTheSize() {
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        view.show();
+        view.resize(300, 200);
+        QCOMPARE(titleBar()->geometry(), QRect(0, 0, 300, 26));
+        QCOMPARE(handle()->geometry(), QRect(300 - 35, 200 - 35, 35, 35));
+        QCOMPARE(view.contentView()->geometry(), QRect(0, 0, 300, 200));
+    }
+};
+
+QTEST_MAIN(DesktopPanelHostViewTest)
+#include "tst_desktoppanelhostview.moc"

@@ -1,0 +1,233 @@
+// The set of desktop windows follows the store: one controller per panel, disabled panels
+// kept but ordered out, every change reconciled at once.
+
+#include "PanelFixtures.h"
+#include "RecordingDesktopPlatform.h"
+
+#include "desktop/DesktopPanelController.h"
+#include "desktop/DesktopPanelHostView.h"
+#include "desktop/DesktopPanelWindow.h"
+#include "desktop/DesktopWindowsManager.h"
+#include "engine/PanelRunner.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+using Op = RecordingDesktopPlatform::Op;
+
+class DesktopWindowsManagerTest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<RecordingDesktopPlatform> m_platform;
+    std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopWindowsManager> m_manager;
+    Panel m_clock;
+    Panel m_notes;
+    Panel m_disabled;
+
+    PanelStore& store() { return *m_fixture->store; }
+
+    void start(const QList<Panel>& panels) {
+        m_fixture = std::make_unique<StoreFixture>(panels);
+        m_manager =
+            std::make_unique<DesktopWindowsManager>(store(), *m_platform, clockOnlyServices());
+    }
+
+    void startWithThreePanels() { start({m_clock, m_notes, m_disabled}); }
+
+    DesktopPanelController* controllerOf(const Panel& panel) const {
+        return m_manager->controller(panel.id);
+    }
+    const QWidget* windowOf(const Panel& panel) const { return controllerOf(panel)->window(); }
+    bool isShown(const Panel& panel) const { return m_platform->state(windowOf(panel)).shown; }
+
+private Q_SLOTS:
+    void init() {
+        m_platform = std::make_unique<RecordingDesktopPlatform>();
+        m_clock = textPanel(QStringLiteral("Clock"), {40, 40, 360, 80});
+        m_notes = textPanel(QStringLiteral("Notes"), {40, 140, 280, 210});
+        m_disabled = textPanel(QStringLiteral("Off"), {40, 370, 420, 60}, false);
+    }
+
+    void cleanup() {
+        m_manager.reset();
+        m_fixture.reset();
+    }
+
+    void startShowsEnabledPanelsAndKeepsDisabledOnesOut() {
+        startWithThreePanels();
+        QCOMPARE(m_manager->controllerCount(), 3);
+        QVERIFY(isShown(m_clock));
+        QVERIFY(isShown(m_notes));
+        QVERIFY(!isShown(m_disabled));
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(40, 140, 280, 210));
+        QVERIFY(m_platform->state(windowOf(m_clock)).pinned);
+    }
+
+    void emptyPanelListClosesEveryWindow() {
+        startWithThreePanels();
+        QList<const QWidget*> windows = {windowOf(m_clock), windowOf(m_notes),
+                                         windowOf(m_disabled)};
+        m_platform->clearCalls();
+        for (const Panel& panel : {m_clock, m_notes, m_disabled})
+            store().removePanel(panel.id);
+        QCOMPARE(m_manager->controllerCount(), 0);
+        QCOMPARE(m_platform->count(Op::Close), 3);
+        for (const QWidget* window : windows) {
+            QVERIFY(m_platform->state(window).closed);
+            QCOMPARE(m_platform->count(Op::OrderOut, window), 1);
+        }
+        // Each window is ordered out right before it is closed.
+        const auto& calls = m_platform->calls();
+        for (qsizetype i = 0; i < calls.size(); ++i) {
+            if (calls[i].op == Op::Close) {
+                QVERIFY(i > 0);
+                QCOMPARE(calls[i - 1].op, Op::OrderOut);
+                QCOMPARE(calls[i - 1].window, calls[i].window);
+            }
+        }
+    }
+
+    void disablingPanelOrdersWindowOutButKeepsItsController() {
+        startWithThreePanels();
+        DesktopPanelController* controller = controllerOf(m_notes);
+        const QWidget* window = controller->window();
+        Panel disabled = m_notes;
+        disabled.isEnabled = false;
+        store().update(disabled);
+        QCOMPARE(controllerOf(m_notes), controller);
+        QVERIFY(!isShown(m_notes));
+        QVERIFY(controller->runner().isTimerActive());
+
+        m_platform->clearCalls();
+        store().update(m_notes);
+        QCOMPARE(controllerOf(m_notes)->window(), window);
+        QVERIFY(isShown(m_notes));
+        QCOMPARE(m_platform->count(Op::OrderFront, window), 1);
+        QCOMPARE(m_platform->count(Op::Close), 0);
+    }
+
+    void hidingAllOrdersEveryWindowOutAndShowingBringsBackOnlyEnabledOnes() {
+        startWithThreePanels();
+        store().setPanelsHidden(true);
+        QVERIFY(!isShown(m_clock));
+        QVERIFY(!isShown(m_notes));
+        QVERIFY(!isShown(m_disabled));
+        QCOMPARE(m_manager->controllerCount(), 3);
+
+        m_platform->clearCalls();
+        store().setPanelsHidden(false);
+        QVERIFY(isShown(m_clock));
+        QVERIFY(isShown(m_notes));
+        QVERIFY(!isShown(m_disabled));
+        QCOMPARE(m_platform->count(Op::OrderFront, windowOf(m_disabled)), 0);
+    }
+
+    void deletingPanelStopsItsRefreshTimerBeforeItsWindowCloses() {
+        startWithThreePanels();
+        const PanelRunner* runner = &controllerOf(m_notes)->runner();
+        QVERIFY(runner->isTimerActive());
+        std::optional<bool> timerActiveAtClose;
+        m_platform->onClose = [&](const QWidget*) { timerActiveAtClose = runner->isTimerActive(); };
+        store().removePanel(m_notes.id);
+        QCOMPARE(timerActiveAtClose, std::optional<bool>(false));
+        QCOMPARE(m_manager->controller(m_notes.id), nullptr);
+        QCOMPARE(m_manager->controllerCount(), 2);
+    }
+
+    void togglingEditModeReachesEveryControllerInOnePass() {
+        startWithThreePanels();
+        m_platform->clearCalls();
+        QSignalSpy changes(&store(), &PanelStore::isEditModeChanged);
+        store().setEditMode(true);
+        QCOMPARE(changes.count(), 1);
+        for (const Panel& panel : {m_clock, m_notes, m_disabled}) {
+            QVERIFY(controllerOf(panel)->hostView()->editMode());
+            QVERIFY(!m_platform->state(windowOf(panel)).pinned);
+            QCOMPARE(m_platform->count(Op::SetPinned, windowOf(panel)), 1);
+        }
+        QVERIFY(!isShown(m_disabled));
+        QCOMPARE(m_platform->count(Op::OrderFront, windowOf(m_disabled)), 0);
+    }
+
+    void changeLeavingPanelAsItWasCausesNoWindowOperation() {
+        startWithThreePanels();
+        m_platform->clearCalls();
+        store().update(m_notes);
+        QCOMPARE(m_platform->calls().size(), 0);
+
+        Panel renamed = m_clock;
+        renamed.name = QStringLiteral("Wall clock");
+        store().update(renamed);
+        QVERIFY(m_platform->callsFor(windowOf(m_clock)) > 0);
+        QCOMPARE(m_platform->callsFor(windowOf(m_notes)), 0);
+        QCOMPARE(m_platform->callsFor(windowOf(m_disabled)), 0);
+    }
+
+    void newPanelGetsWindowAndOthersAreLeftAlone() {
+        start({m_clock});
+        m_platform->clearCalls();
+        store().addPanel(PanelType::Text);
+        QCOMPARE(m_manager->controllerCount(), 2);
+        const Panel added = store().panels().last();
+        QVERIFY(isShown(added));
+        QCOMPARE(m_platform->callsFor(windowOf(m_clock)), 0);
+    }
+
+    void duplicateIdentifiersShareOneControllerAndTheLastWins() {
+        Panel twin = m_clock;
+        twin.frame = {500, 500, 200, 100};
+        start({m_clock, twin});
+        QCOMPARE(m_manager->controllerCount(), 1);
+        QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(500, 500, 200, 100));
+    }
+
+    void destroyingManagerLeavesWindowsAsTheyAre() {
+        startWithThreePanels();
+        m_platform->clearCalls();
+        m_manager.reset();
+        QCOMPARE(m_platform->calls().size(), 0);
+    }
+
+    void dragIsSavedToDocumentAfterTheLastChange() {
+        startWithThreePanels();
+        store().setEditMode(true);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->savedPanels().isEmpty(), 2000);
+        QSignalSpy written(&store(), &PanelStore::documentWritten);
+        DesktopPanelHostView* host = controllerOf(m_notes)->hostView();
+        Q_EMIT host->moveDragged(QPointF(100, 50));
+        Q_EMIT host->moveDragged(QPointF(200, 60.5));
+        Q_EMIT host->moveDragEnded();
+        QCOMPARE(written.count(), 0);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(written.count(), 1);
+        QCOMPARE(m_fixture->savedPanels().at(1).frame, (PanelFrame{240, 200.5, 280, 210}));
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(240, 201, 280, 210));
+    }
+
+    void dragStepAmongFiveHundredPanelsTouchesOnlyTheDraggedWindow() {
+        QList<Panel> panels;
+        for (int i = 0; i < 500; ++i) {
+            panels.append(textPanel(QStringLiteral("Panel %1").arg(i),
+                                    {double(i % 20) * 90, double(i / 20) * 40, 120, 50}));
+        }
+        start(panels);
+        store().setEditMode(true);
+        m_platform->clearCalls();
+        DesktopPanelHostView* host = controllerOf(panels[250])->hostView();
+
+        constexpr int kSteps = 20;
+        for (int step = 1; step <= kSteps; ++step)
+            Q_EMIT host->moveDragged(QPointF(step, step));
+
+        // Each step is one full pass over 500 panels, yet only the dragged window moves.
+        QCOMPARE(m_platform->calls().size(), kSteps);
+        QCOMPARE(m_platform->count(Op::SetFrame, windowOf(panels[250])), kSteps);
+    }
+};
+
+QTEST_MAIN(DesktopWindowsManagerTest)
+#include "tst_desktopwindowsmanager.moc"

@@ -1,0 +1,84 @@
+#include "ViewTesting.h"
+
+#include "desktop/DropShadow.h"
+
+#include <QTest>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+
+namespace {
+
+// A white bar 20 points wide and 4 high at (10, 10), with or without its shadow.
+QImage paintBar(double ratio, bool shadow) {
+    return paintImage(QSizeF(40, 30), ratio, [&](QPainter& painter) {
+        DropShadow::paint(painter, QRectF(0, 0, 40, 30), shadow, [](QPainter& content) {
+            content.fillRect(QRectF(10, 10, 20, 4), Qt::white);
+        });
+    });
+}
+
+} // namespace
+
+class DropShadowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ratios_data() {
+        QTest::addColumn<double>("ratio");
+        QTest::newRow("ratio 1") << 1.0;
+        QTest::newRow("ratio 2") << 2.0;
+    }
+
+    void shadowIsBlurredBlackBelowTheContent_data() { ratios_data(); }
+
+    void shadowIsBlurredBlackBelowTheContent() {
+        QFETCH(double, ratio);
+        const QImage image = paintBar(ratio, true);
+        // The content itself, unchanged.
+        QCOMPARE(colorAt(image, QPointF(20, 12)), QColor(Qt::white));
+        // Just under the bar: black, translucent, at most 0.6.
+        const QColor under = colorAt(image, QPointF(20, 14.3));
+        QCOMPARE(under.rgb() & 0xffffff, 0u);
+        QVERIFY2(under.alphaF() > 0.2 && under.alphaF() <= 0.61,
+                 qPrintable(QString::number(under.alphaF())));
+        // It fades with distance and is gone a few points away.
+        QVERIFY(colorAt(image, QPointF(20, 16)).alpha() < under.alpha());
+        QCOMPARE(colorAt(image, QPointF(20, 24)).alpha(), 0);
+        // One point down: more shadow below the bar than above it.
+        QVERIFY(colorAt(image, QPointF(20, 9.5)).alpha() < under.alpha());
+    }
+
+    void noShadowWhenHidden_data() { ratios_data(); }
+
+    void noShadowWhenHidden() {
+        QFETCH(double, ratio);
+        const QImage image = paintBar(ratio, false);
+        QCOMPARE(countPixels(image, QRectF(0, 0, 40, 30), isVisible),
+                 countPixels(image, QRectF(10, 10, 20, 4), isVisible));
+        QCOMPARE(colorAt(image, QPointF(20, 12)), QColor(Qt::white));
+    }
+
+    void contentKeepsTheDeviceResolution() {
+        // A line one device pixel high stays one device pixel high at ratio 2.
+        const QImage image = paintImage(QSizeF(40, 30), 2, [](QPainter& painter) {
+            DropShadow::paint(painter, QRectF(0, 0, 40, 30), true, [](QPainter& content) {
+                content.fillRect(QRectF(10, 10, 20, 0.5), Qt::white);
+            });
+        });
+        QCOMPARE(image.pixelColor(40, 20), QColor(Qt::white));
+        QVERIFY(image.pixelColor(40, 21).alpha() < 255);
+        QVERIFY(image.pixelColor(40, 21) != QColor(Qt::white));
+    }
+
+    void shadowOfAnEmptyImageIsEmpty() {
+        QImage image(16, 16, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        const QImage shadow = DropShadow::shadowOf(image, 3, 0.6);
+        QCOMPARE(shadow.size(), image.size());
+        QCOMPARE(countPixels(shadow, QRectF(0, 0, 16, 16), isVisible), 0);
+    }
+};
+
+QTEST_MAIN(DropShadowTest)
+#include "tst_dropshadow.moc"

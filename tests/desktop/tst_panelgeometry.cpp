@@ -1,0 +1,104 @@
+// Where panel windows go and the frames that move and resize drags make.
+
+#include "PanelFixtures.h"
+
+#include "desktop/PanelGeometry.h"
+
+#include <QTest>
+
+Q_DECLARE_METATYPE(corkwheel::PanelFrame)
+
+using namespace corkwheel;
+
+namespace {
+
+const QRect kMainScreen(0, 0, 1920, 1080);
+
+} // namespace
+
+class PanelGeometryTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void panelFrameOnMainScreenAtOriginIsItsWindowFrame() {
+        const QRectF rect = PanelGeometry::toScreen({40, 140, 280, 210}, kMainScreen);
+        QCOMPARE(rect, QRectF(40, 140, 280, 210));
+    }
+
+    void panelFrameIsMeasuredFromMainScreenTopLeft() {
+        const QRect mainScreen(1280, 200, 1920, 1080);
+        QCOMPARE(PanelGeometry::toScreen({40, 140, 280, 210}, mainScreen),
+                 QRectF(1320, 340, 280, 210));
+        QCOMPARE(PanelGeometry::toPanel(QRectF(1320, 340, 280, 210), mainScreen),
+                 (PanelFrame{40, 140, 280, 210}));
+    }
+
+    void withoutScreenNothingIsTranslated() {
+        QCOMPARE(PanelGeometry::toScreen({-5.5, 7.25, 100, 60}, std::nullopt),
+                 QRectF(-5.5, 7.25, 100, 60));
+        QCOMPARE(PanelGeometry::toPanel(QRectF(-5.5, 7.25, 100, 60), std::nullopt),
+                 (PanelFrame{-5.5, 7.25, 100, 60}));
+    }
+
+    void conversionKeepsFractions() {
+        const QRect mainScreen(-1920, 0, 1920, 1080);
+        const PanelFrame frame{10.25, 20.75, 300.5, 80.125};
+        QCOMPARE(PanelGeometry::toPanel(PanelGeometry::toScreen(frame, mainScreen), mainScreen),
+                 frame);
+    }
+
+    void moveShiftsStartFrameBySignedTranslation() {
+        const QRectF start(100, 100, 300, 80);
+        QCOMPARE(PanelGeometry::moved(start, {25, -40}), QRectF(125, 60, 300, 80));
+        QCOMPARE(PanelGeometry::moved(start, {-100.5, 0.25}), QRectF(-0.5, 100.25, 300, 80));
+    }
+
+    void resizeKeepsTopLeftAndAddsTranslation() {
+        const QRectF start(100, 100, 300, 80);
+        QCOMPARE(PanelGeometry::resized(start, {50, 20}), QRectF(100, 100, 350, 100));
+    }
+
+    void resizeStopsAtMinimumSize_data() {
+        QTest::addColumn<QPointF>("translation");
+        QTest::addColumn<QSizeF>("size");
+        QTest::newRow("narrower than 120") << QPointF(-250, 0) << QSizeF(120, 80);
+        QTest::newRow("lower than 50") << QPointF(0, -70) << QSizeF(300, 50);
+        QTest::newRow("both") << QPointF(-1000, -1000) << QSizeF(120, 50);
+        QTest::newRow("exactly the minimum") << QPointF(-180, -30) << QSizeF(120, 50);
+    }
+
+    void resizeStopsAtMinimumSize() {
+        QFETCH(QPointF, translation);
+        QFETCH(QSizeF, size);
+        const QRectF rect = PanelGeometry::resized(QRectF(100, 100, 300, 80), translation);
+        QCOMPARE(rect.topLeft(), QPointF(100, 100));
+        QCOMPARE(rect.size(), size);
+    }
+
+    void framesCloserThanHalfAPointAreTheSame_data() {
+        QTest::addColumn<PanelFrame>("other");
+        QTest::addColumn<bool>("same");
+        QTest::newRow("identical") << PanelFrame{40, 40, 360, 80} << true;
+        QTest::newRow("all just under") << PanelFrame{40.49, 39.51, 360.49, 79.51} << true;
+        QTest::newRow("x off by 0.5") << PanelFrame{40.5, 40, 360, 80} << false;
+        QTest::newRow("y off by 0.5") << PanelFrame{40, 39.5, 360, 80} << false;
+        QTest::newRow("width off by 0.6") << PanelFrame{40, 40, 360.6, 80} << false;
+        QTest::newRow("height off by 1") << PanelFrame{40, 40, 360, 81} << false;
+    }
+
+    void framesCloserThanHalfAPointAreTheSame() {
+        QFETCH(PanelFrame, other);
+        QFETCH(bool, same);
+        QCOMPARE(PanelGeometry::isSameFrame({40, 40, 360, 80}, other), same);
+        QCOMPARE(PanelGeometry::isSameFrame(other, {40, 40, 360, 80}), same);
+    }
+
+    void windowRectRoundsEachComponentToNearest() {
+        QCOMPARE(PanelGeometry::windowRect(QRectF(10.4, 10.6, 100.5, 49.49)),
+                 QRect(10, 11, 101, 49));
+        QCOMPARE(PanelGeometry::windowRect(QRectF(-10.6, -0.4, 120, 50)), QRect(-11, 0, 120, 50));
+    }
+};
+
+QTEST_APPLESS_MAIN(PanelGeometryTest)
+#include "tst_panelgeometry.moc"
