@@ -27,7 +27,24 @@ start_virtual_desktop() {
     VIRTUAL_DESKTOP_PIDS+=($!)
     picom --backend xrender >"$state/picom.log" 2>&1 &
     VIRTUAL_DESKTOP_PIDS+=($!)
+    # Tests look for the window manager and the compositor at once, so wait for both.
+    wait_for openbox "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'"
+    wait_for picom "xwininfo -root -children | grep -q '\"picom\"'"
     echo "Virtual desktop on $DISPLAY (openbox, picom)"
+}
+
+# wait_for <what> <shell test>: retries the test for up to 10 s.
+wait_for() {
+    local what=$1 test=$2
+    local tries=0
+    until bash -c "$test" 2>/dev/null; do
+        tries=$((tries + 1))
+        if [[ $tries -gt 100 ]]; then
+            echo "$what did not start on $DISPLAY" >&2
+            return 1
+        fi
+        sleep 0.1
+    done
 }
 
 stop_virtual_desktop() {

@@ -4,9 +4,12 @@
 
 #include <QObject>
 
+#include <memory>
+
 namespace corkwheel {
 
 class AppSettings;
+class DesktopWindowsManager;
 
 // Owns what lives for the whole run and starts it in order: the store when the delegate
 // is made, the desktop windows when launching has finished.
@@ -15,8 +18,11 @@ class AppDelegate : public QObject {
 
 public:
     explicit AppDelegate(AppSettings& settings, QObject* parent = nullptr);
+    ~AppDelegate() override;
 
     PanelStore& store() { return m_store; }
+    // None until launching has finished.
+    DesktopWindowsManager* windowsManager() const { return m_windowsManager.get(); }
 
     void applicationDidFinishLaunching();
 
@@ -29,6 +35,7 @@ Q_SIGNALS:
 private:
     AppSettings& m_settings;
     PanelStore m_store;
+    std::unique_ptr<DesktopWindowsManager> m_windowsManager;
 };
 
 } // namespace corkwheel
