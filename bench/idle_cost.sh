@@ -1,0 +1,74 @@
+#!/usr/bin/env bash
+# Idle cost beside a classic desktop monitor, in one run under the same virtual desktop:
+# Corkwheel with its three starter panels, then conky configured to show the same (a clock
+# every second; CPU, memory, disks and a network graph; `uptime` every 5 s), each for the
+# same time. Prints the CPU time each used (its own and its children's) and its resident
+# memory at the end.
+#
+#   bench/idle_cost.sh [seconds]      (default 60; needs build/bin/corkwheel and conky)
+set -euo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+root=$(cd "$here/.." && pwd)
+source "$root/scripts/lib/common.sh"
+source "$root/scripts/lib/virtual-desktop.sh"
+seconds=${1:-60}
+
+install_missing_packages conky-std xvfb openbox picom
+start_virtual_desktop >/dev/null
+work=$(mktemp -d)
+trap 'stop_virtual_desktop; rm -rf "$work"' EXIT
+ticks=$(getconf CLK_TCK)
+
+# CPU seconds of a process and its reaped children, from /proc/<pid>/stat.
+cpu_seconds() {
+    awk -v t="$ticks" '{ printf "%.2f", ($14 + $15 + $16 + $17) / t }' "/proc/$1/stat"
+}
+
+rss_mb() {
+    awk '/^VmRSS/ { printf "%.1f", $2 / 1024 }' "/proc/$1/status"
+}
+
+# measure <label> <command...>: runs the command for $seconds and reports its cost.
+measure() {
+    local label=$1
+    shift
+    "$@" >/dev/null 2>&1 &
+    local pid=$!
+    sleep "$seconds"
+    printf "%-10s CPU %6s s in %s s   resident %6s MB\n" "$label" "$(cpu_seconds "$pid")" \
+        "$seconds" "$(rss_mb "$pid")"
+    kill "$pid"
+    wait "$pid" 2>/dev/null || true
+}
+
+mkdir -p "$work"/{data,config,runtime}
+chmod 700 "$work/runtime"
+measure corkwheel env XDG_DATA_HOME="$work/data" XDG_CONFIG_HOME="$work/config" \
+    XDG_RUNTIME_DIR="$work/runtime" QT_QPA_PLATFORM=xcb "$root/build/bin/corkwheel"
+
+cat >"$work/conky.conf" <<'CONKY'
+conky.config = {
+    update_interval = 1,
+    own_window = true,
+    own_window_type = 'desktop',
+    own_window_transparent = true,
+    own_window_argb_visual = true,
+    double_buffer = true,
+    use_xft = true,
+    font = 'DejaVu Sans Mono:size=10',
+    minimum_width = 280,
+    alignment = 'top_left',
+};
+conky.text = [[
+${time %A, %B %d  %l:%M:%S %p}
+CPU ${cpu}% ${cpubar}
+Memory ${mem} / ${memmax} ${membar}
+/ ${fs_free /} free ${fs_bar /}
+${downspeed IFACE} down ${upspeed IFACE} up
+${downspeedgraph IFACE 30,280}
+${execi 5 uptime}
+]];
+CONKY
+iface=$(awk '$2 == "00000000" { print $1; exit }' /proc/net/route)
+sed -i "s/IFACE/${iface:-lo}/g" "$work/conky.conf"
+measure conky conky -c "$work/conky.conf"
