@@ -10,9 +10,6 @@ using namespace corkwheel;
 
 int main(int argc, char* argv[]) {
     DisplaySession::applyToEnvironment();
-    // Webpage panels load the web engine later, from a plugin; it needs this set before
-    // the application object exists.
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Corkwheel"));
     QApplication::setApplicationName(QStringLiteral("Corkwheel"));

@@ -76,13 +76,5 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv) {
-    // The web engine comes as a plugin, after the application object; it wants shared
-    // OpenGL contexts set up before that.
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QApplication app(argc, argv);
-    WebEngineViewTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(WebEngineViewTest)
 #include "tst_webengineview.moc"
