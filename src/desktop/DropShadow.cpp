@@ -33,53 +33,62 @@ std::array<int, kPasses> boxWidths(double sigma) {
 }
 
 // One box blur of `radius` along a line of `count` values `stride` apart; outside the line
-// counts as transparent.
-void blurLine(float* values, int count, int stride, int radius, std::vector<float>& scratch) {
-    scratch.resize(count);
+// counts as transparent. Integer sums: this runs on every redraw of every shadowed panel.
+void blurLine(uchar* values, int count, qsizetype stride, int radius, std::vector<uchar>& line) {
+    line.resize(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i)
-        scratch[i] = values[i * stride];
-    const float scale = 1.0f / static_cast<float>(2 * radius + 1);
-    float sum = 0;
+        line[i] = values[i * stride];
+    const int window = 2 * radius + 1;
+    int sum = 0;
     for (int i = 0; i < radius && i < count; ++i)
-        sum += scratch[i];
+        sum += line[i];
     for (int i = 0; i < count; ++i) {
         if (i + radius < count)
-            sum += scratch[i + radius];
+            sum += line[i + radius];
         if (i - radius - 1 >= 0)
-            sum -= scratch[i - radius - 1];
-        values[i * stride] = sum * scale;
+            sum -= line[i - radius - 1];
+        values[i * stride] = static_cast<uchar>((sum + window / 2) / window);
     }
 }
 
-void boxBlur(std::vector<float>& alpha, int width, int height, int radius) {
-    if (radius <= 0)
+void boxBlur(QImage& alpha, const QRect& area, int radius) {
+    if (radius <= 0 || area.isEmpty())
         return;
-    std::vector<float> scratch;
-    for (int y = 0; y < height; ++y)
-        blurLine(alpha.data() + static_cast<size_t>(y) * width, width, 1, radius, scratch);
-    for (int x = 0; x < width; ++x)
-        blurLine(alpha.data() + x, height, width, radius, scratch);
+    std::vector<uchar> line;
+    const qsizetype stride = alpha.bytesPerLine();
+    uchar* origin = alpha.bits() + area.top() * stride + area.left();
+    for (int y = 0; y < area.height(); ++y)
+        blurLine(origin + y * stride, area.width(), 1, radius, line);
+    for (int x = 0; x < area.width(); ++x)
+        blurLine(origin + x, area.height(), stride, radius, line);
 }
 
-std::vector<float> alphaOf(const QImage& image) {
-    std::vector<float> alpha(static_cast<size_t>(image.width()) * image.height());
-    for (int y = 0; y < image.height(); ++y) {
-        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x)
-            alpha[static_cast<size_t>(y) * image.width() + x] = static_cast<float>(qAlpha(line[x]));
-    }
-    return alpha;
-}
-
-QImage blackFrom(const std::vector<float>& alpha, const QImage& like, double opacity) {
-    QImage shadow(like.size(), QImage::Format_ARGB32_Premultiplied);
-    shadow.setDevicePixelRatio(like.devicePixelRatio());
-    for (int y = 0; y < shadow.height(); ++y) {
-        auto* line = reinterpret_cast<QRgb*>(shadow.scanLine(y));
-        for (int x = 0; x < shadow.width(); ++x) {
-            const double a = alpha[static_cast<size_t>(y) * shadow.width() + x] * opacity;
-            line[x] = qRgba(0, 0, 0, std::clamp(static_cast<int>(std::lround(a)), 0, 255));
+// The smallest rectangle holding every pixel that is not fully transparent.
+QRect paintedArea(const QImage& alpha) {
+    int left = alpha.width(), top = alpha.height(), right = -1, bottom = -1;
+    for (int y = 0; y < alpha.height(); ++y) {
+        const uchar* row = alpha.constScanLine(y);
+        for (int x = 0; x < alpha.width(); ++x) {
+            if (row[x] == 0)
+                continue;
+            left = std::min(left, x);
+            right = std::max(right, x);
+            top = std::min(top, y);
+            bottom = std::max(bottom, y);
         }
+    }
+    return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+QImage blackFrom(const QImage& alpha, double opacity) {
+    QImage shadow(alpha.size(), QImage::Format_ARGB32_Premultiplied);
+    shadow.setDevicePixelRatio(alpha.devicePixelRatio());
+    const int scale = std::clamp(static_cast<int>(std::lround(opacity * 256)), 0, 256);
+    for (int y = 0; y < shadow.height(); ++y) {
+        const uchar* from = alpha.constScanLine(y);
+        auto* to = reinterpret_cast<QRgb*>(shadow.scanLine(y));
+        for (int x = 0; x < shadow.width(); ++x)
+            to[x] = qRgba(0, 0, 0, (from[x] * scale) >> 8);
     }
     return shadow;
 }
@@ -87,14 +96,20 @@ QImage blackFrom(const std::vector<float>& alpha, const QImage& like, double opa
 } // namespace
 
 QImage shadowOf(const QImage& image, double radiusPixels, double opacity) {
-    const QImage source = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    std::vector<float> alpha = alphaOf(source);
+    QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
     const double sigma = radiusPixels / 2.0;
     if (sigma > 0) {
-        for (const int width : boxWidths(sigma))
-            boxBlur(alpha, source.width(), source.height(), (width - 1) / 2);
+        const std::array<int, kPasses> widths = boxWidths(sigma);
+        int reach = 0;
+        for (const int width : widths)
+            reach += (width - 1) / 2;
+        // Only around what was painted can the blur leave anything.
+        const QRect area = paintedArea(alpha).adjusted(-reach, -reach, reach, reach) &
+                           QRect(QPoint(), alpha.size());
+        for (const int width : widths)
+            boxBlur(alpha, area, (width - 1) / 2);
     }
-    return blackFrom(alpha, source, opacity);
+    return blackFrom(alpha, opacity);
 }
 
 void paint(QPainter& painter, const QRectF& area, bool visible,
