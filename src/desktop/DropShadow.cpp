@@ -65,10 +65,12 @@ void boxBlur(QImage& alpha, const QRect& area, int radius) {
 
 // The smallest rectangle holding every pixel that is not fully transparent.
 QRect paintedArea(const QImage& alpha) {
-    int left = alpha.width(), top = alpha.height(), right = -1, bottom = -1;
-    for (int y = 0; y < alpha.height(); ++y) {
+    const int width = alpha.width();
+    const int height = alpha.height();
+    int left = width, top = height, right = -1, bottom = -1;
+    for (int y = 0; y < height; ++y) {
         const uchar* row = alpha.constScanLine(y);
-        for (int x = 0; x < alpha.width(); ++x) {
+        for (int x = 0; x < width; ++x) {
             if (row[x] == 0)
                 continue;
             left = std::min(left, x);
@@ -84,10 +86,11 @@ QImage blackFrom(const QImage& alpha, double opacity) {
     QImage shadow(alpha.size(), QImage::Format_ARGB32_Premultiplied);
     shadow.setDevicePixelRatio(alpha.devicePixelRatio());
     const int scale = std::clamp(static_cast<int>(std::lround(opacity * 256)), 0, 256);
+    const int width = shadow.width();
     for (int y = 0; y < shadow.height(); ++y) {
         const uchar* from = alpha.constScanLine(y);
         auto* to = reinterpret_cast<QRgb*>(shadow.scanLine(y));
-        for (int x = 0; x < shadow.width(); ++x)
+        for (int x = 0; x < width; ++x)
             to[x] = qRgba(0, 0, 0, (from[x] * scale) >> 8);
     }
     return shadow;
