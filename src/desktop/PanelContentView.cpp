@@ -32,17 +32,28 @@ QString summaryHelp() {
 PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
     : QWidget(parent), m_runner(runner), m_panel(runner.panel()), m_webBody(runner, this) {
     const auto redraw = [this] { update(); };
-    connect(&runner, &PanelRunner::textOutputChanged, this, redraw);
+    connect(&runner, &PanelRunner::textOutputChanged, this, &PanelContentView::redrawIfTextChanged);
+    connect(&runner, &PanelRunner::isRunningChanged, this, &PanelContentView::redrawIfTextChanged);
     connect(&runner, &PanelRunner::imageChanged, this, redraw);
     connect(&runner, &PanelRunner::statsChanged, this, redraw);
     connect(&runner, &PanelRunner::networkHistoryChanged, this, redraw);
-    connect(&runner, &PanelRunner::isRunningChanged, this, redraw);
     connect(&runner, &PanelRunner::webPageCreated, this, [this] { syncWebView(); });
 }
 
 void PanelContentView::setPanel(const Panel& panel) {
     m_panel = panel;
+    m_requestedText = displayedText();
     syncWebView();
+    update();
+}
+
+// Most refreshes of a shell or file panel bring the text it already shows, and each run
+// of a command flips the running state twice; neither needs the panel drawn again.
+void PanelContentView::redrawIfTextChanged() {
+    const QString text = displayedText();
+    if (text == m_requestedText)
+        return;
+    m_requestedText = text;
     update();
 }
 

@@ -56,8 +56,11 @@ private:
     void paintWeb(QPainter& painter, const QRectF& rect);
     void remember(const StatsLayout& layout);
     void syncWebView();
+    void redrawIfTextChanged();
 
     PanelRunner& m_runner;
+    // The text last asked to be drawn: a refresh that brings the same text costs no redraw.
+    QString m_requestedText;
     Panel m_panel;
     double m_measuredRowHeight = 0;
     double m_measuredNetworkHeight = 0;

@@ -19,6 +19,18 @@ using namespace corkwheel::test;
 
 namespace {
 
+// Counts the paint events a widget receives.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint)
+            ++count;
+        return false;
+    }
+    int count = 0;
+};
+
 const QColor kRed(255, 0, 0);
 const QColor kBlue(0, 0, 255);
 const QColor kGreen(0, 255, 0);
@@ -105,6 +117,26 @@ private Q_SLOTS:
     }
 
     // Text body
+
+    void refreshWithTheSameTextDoesNotRedraw() {
+        Panel panel = Panel::makeDefault(PanelType::Text);
+        panel.textTemplate = QStringLiteral("steady");
+        PanelContentView& view = show(panel);
+        PaintCounter paints(view);
+        view.show();
+        QTRY_VERIFY(paints.count > 0);
+        QTest::qWait(50);
+        const int before = paints.count;
+
+        m_runner->refreshNow();
+        m_runner->refreshNow();
+        QTest::qWait(100);
+        QCOMPARE(paints.count, before);
+
+        panel.textTemplate = QStringLiteral("changed");
+        m_runner->apply(panel);
+        QTRY_VERIFY(paints.count > before);
+    }
 
     void shellPanelShowsRunningUntilItsOutputArrives() {
         Panel panel = Panel::makeDefault(PanelType::Shell);
