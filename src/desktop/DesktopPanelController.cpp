@@ -67,8 +67,14 @@ void DesktopPanelController::pushHostContent(bool editMode) {
 }
 
 void DesktopPanelController::updateBackdrop() {
+    m_window->setDarkBackdrop(!m_platform.hasCompositor(), m_panel.style.cornerRadius);
+    updateBlurShape();
+}
+
+// Only the blur shape follows the size during a drag; asking the window system whether a
+// compositor runs is a round trip that a drag step need not pay.
+void DesktopPanelController::updateBlurShape() {
     const double radius = m_panel.style.cornerRadius;
-    m_window->setDarkBackdrop(!m_platform.hasCompositor(), radius);
     QPainterPath glass;
     if (m_panel.style.showGlassBackground)
         glass.addRoundedRect(QRectF(QPointF(), m_placedFrame.size()), radius, radius);
@@ -104,7 +110,8 @@ void DesktopPanelController::applyLiveFrame(const QRectF& rect) {
     m_panel.frame = frame;
     if (m_store)
         m_store->updateFrame(m_panel.id, frame);
-    pushHostContent(true);
+    m_hostView->setPanel(m_panel, true);
+    updateBlurShape();
 }
 
 void DesktopPanelController::commitFrame() {

@@ -47,6 +47,7 @@ private:
     void connectDrags();
     void pushHostContent(bool editMode);
     void updateBackdrop();
+    void updateBlurShape();
     void moveDragged(QPointF translation);
     void resizeDragged(QPointF translation);
     void dragEnded();

@@ -28,4 +28,20 @@ public:
     static const KernelFiles& real();
 };
 
+// The file part of a source that extends KernelFiles, answered from this machine's files;
+// the real sources add only what is not a file.
+template <class Source> class MachineKernelFiles : public Source {
+public:
+    std::optional<QByteArray> readFile(const QString& path) const override {
+        return KernelFiles::real().readFile(path);
+    }
+    bool exists(const QString& path) const override { return KernelFiles::real().exists(path); }
+    QString canonicalPath(const QString& path) const override {
+        return KernelFiles::real().canonicalPath(path);
+    }
+    QStringList entryNames(const QString& directory) const override {
+        return KernelFiles::real().entryNames(directory);
+    }
+};
+
 } // namespace corkwheel

@@ -12,19 +12,8 @@ InterfaceAddress interfaceAddress(const ifaddrs& entry) {
                             entry.ifa_addr ? int(entry.ifa_addr->sa_family) : -1};
 }
 
-class RealNetworkSource final : public NetworkSource {
+class RealNetworkSource final : public MachineKernelFiles<NetworkSource> {
 public:
-    std::optional<QByteArray> readFile(const QString& path) const override {
-        return files().readFile(path);
-    }
-    bool exists(const QString& path) const override { return files().exists(path); }
-    QString canonicalPath(const QString& path) const override {
-        return files().canonicalPath(path);
-    }
-    QStringList entryNames(const QString& directory) const override {
-        return files().entryNames(directory);
-    }
-
     QList<InterfaceAddress> interfaceAddresses() const override {
         ifaddrs* first = nullptr;
         if (::getifaddrs(&first) != 0)
@@ -35,9 +24,6 @@ public:
             addresses.append(interfaceAddress(*entry));
         return addresses;
     }
-
-private:
-    static const KernelFiles& files() { return KernelFiles::real(); }
 };
 
 } // namespace

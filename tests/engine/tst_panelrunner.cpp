@@ -23,6 +23,15 @@ using namespace corkwheel::test;
 
 namespace {
 
+// Writes `bytes` to `name` in `folder` and gives the file's path.
+QString writeFile(const QTemporaryDir& folder, const QString& name, const QByteArray& bytes) {
+    const QString path = folder.filePath(name);
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(bytes);
+    return path;
+}
+
 QByteArray pngBytes(const QColor& color) {
     QImage image(4, 3, QImage::Format_ARGB32);
     image.fill(color);
@@ -270,11 +279,8 @@ private Q_SLOTS:
 
     void fileIsShownTrimmed() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("note.txt"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("\n\n  first line\n\nlast line  \n\n");
-        file.close();
+        const QString path =
+            writeFile(folder, QStringLiteral("note.txt"), "\n\n  first line\n\nlast line  \n\n");
         Panel panel = panelOf(PanelType::File);
         panel.filePath = path;
         PanelRunner runner(panel, services());
@@ -286,10 +292,7 @@ private Q_SLOTS:
         QTemporaryDir home;
         const QByteArray oldHome = qgetenv("HOME");
         qputenv("HOME", QFile::encodeName(home.path()));
-        QFile file(home.filePath(QStringLiteral(".corkwheel_note.txt")));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("from home");
-        file.close();
+        writeFile(home, QStringLiteral(".corkwheel_note.txt"), "from home");
         Panel panel = panelOf(PanelType::File);
         panel.filePath = QStringLiteral("~/.corkwheel_note.txt");
         PanelRunner runner(panel, services());
@@ -300,11 +303,7 @@ private Q_SLOTS:
 
     void fileThatIsNotUtf8ShowsFileNotFound() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("latin1.txt"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("caf\xE9");
-        file.close();
+        const QString path = writeFile(folder, QStringLiteral("latin1.txt"), "caf\xE9");
         Panel panel = panelOf(PanelType::File);
         panel.filePath = path;
         PanelRunner runner(panel, services());
@@ -314,12 +313,9 @@ private Q_SLOTS:
 
     void hugeFileShowsOnlyItsBeginning() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("big.txt"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
         // 'a' then two-byte characters, so the 4 MiB cut falls inside one of them.
-        file.write("a" + QString(3 * 1024 * 1024, QChar(0x00E9)).toUtf8());
-        file.close();
+        const QString path = writeFile(folder, QStringLiteral("big.txt"),
+                                       "a" + QString(3 * 1024 * 1024, QChar(0x00E9)).toUtf8());
         Panel panel = panelOf(PanelType::File);
         panel.filePath = path;
         PanelRunner runner(panel, services());
@@ -373,11 +369,7 @@ private Q_SLOTS:
 
     void localImageLoads() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("red.png"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(pngBytes(Qt::red));
-        file.close();
+        const QString path = writeFile(folder, QStringLiteral("red.png"), pngBytes(Qt::red));
         Panel panel = panelOf(PanelType::Image);
         panel.imageSource = path;
         PanelRunner runner(panel, services());
@@ -396,11 +388,7 @@ private Q_SLOTS:
 
     void emptyImageSourceClearsTheImage() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("red.png"));
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(pngBytes(Qt::red));
-        file.close();
+        const QString path = writeFile(folder, QStringLiteral("red.png"), pngBytes(Qt::red));
         Panel panel = panelOf(PanelType::Image);
         panel.imageSource = path;
         PanelRunner runner(panel, services());
