@@ -47,6 +47,10 @@ public:
     // offers that; does nothing elsewhere.
     virtual void requestBlurBehind(QWidget* window, const QPainterPath& shape) = 0;
 
+    // Lists an ordinary top-level window (the editor) in the taskbar and the pager, or
+    // leaves it out of both, whether it is shown yet or not.
+    virtual void setListedInTaskbar(QWidget* window, bool listed) = 0;
+
     // The platform of this session: X11 (also through XWayland) or, without it, plain Qt.
     static std::unique_ptr<DesktopPlatform> create();
 };

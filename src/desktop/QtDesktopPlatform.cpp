@@ -81,4 +81,7 @@ bool QtDesktopPlatform::hasCompositor() const {
 
 void QtDesktopPlatform::requestBlurBehind(QWidget*, const QPainterPath&) {}
 
+// Qt has no portable way to keep a window out of the taskbar short of changing its type.
+void QtDesktopPlatform::setListedInTaskbar(QWidget*, bool) {}
+
 } // namespace corkwheel

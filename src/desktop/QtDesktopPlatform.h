@@ -20,6 +20,7 @@ public:
     std::optional<QRect> mainScreenGeometry() const override;
     bool hasCompositor() const override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
+    void setListedInTaskbar(QWidget* window, bool listed) override;
 
 protected:
     static Qt::WindowFlags panelFlags(bool pinned);

@@ -188,4 +188,63 @@ void X11DesktopPlatform::requestBlurBehind(QWidget* window, const QPainterPath& 
     xcb_flush(m_connection);
 }
 
+void X11DesktopPlatform::setListedInTaskbar(QWidget* window, bool listed) {
+    if (!m_connection)
+        return;
+    const QList<QByteArray> states = {"_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER"};
+    if (window->isVisible())
+        changeStateOfMappedWindow(window, !listed, states);
+    else
+        changeStateOfUnmappedWindow(window, !listed, states);
+}
+
+// The window manager owns the state of a mapped window: it is asked by a message to the
+// root window, which carries at most two states.
+void X11DesktopPlatform::changeStateOfMappedWindow(QWidget* window, bool add,
+                                                   const QList<QByteArray>& states) {
+    constexpr std::uint32_t kRemove = 0;
+    constexpr std::uint32_t kAdd = 1;
+    constexpr std::uint32_t kFromApplication = 1;
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = nativeWindow(window);
+    message.type = atom("_NET_WM_STATE");
+    message.data.data32[0] = add ? kAdd : kRemove;
+    message.data.data32[1] = atom(states.value(0));
+    message.data.data32[2] = states.size() > 1 ? atom(states.value(1)) : 0;
+    message.data.data32[3] = kFromApplication;
+    const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data;
+    xcb_send_event(m_connection, 0, screen->root,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&message));
+    xcb_flush(m_connection);
+}
+
+// Before mapping, the state is the window's own property; Qt merges its own states into
+// it when it maps the window, so the others are kept.
+void X11DesktopPlatform::changeStateOfUnmappedWindow(QWidget* window, bool add,
+                                                     const QList<QByteArray>& states) {
+    const xcb_window_t id = nativeWindow(window);
+    const auto cookie =
+        xcb_get_property(m_connection, 0, id, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0, 1024);
+    const std::unique_ptr<xcb_get_property_reply_t, FreeDeleter> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    QList<xcb_atom_t> present;
+    if (reply && reply->format == 32 && reply->type == XCB_ATOM_ATOM) {
+        const auto* values = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+        const int count = xcb_get_property_value_length(reply.get()) / 4;
+        present = QList<xcb_atom_t>(values, values + count);
+    }
+    for (const QByteArray& state : states) {
+        present.removeAll(atom(state));
+        if (add)
+            present.append(atom(state));
+    }
+    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, id, atom("_NET_WM_STATE"),
+                        XCB_ATOM_ATOM, 32, static_cast<uint32_t>(present.size()),
+                        present.constData());
+    xcb_flush(m_connection);
+}
+
 } // namespace corkwheel

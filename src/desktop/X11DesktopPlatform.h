@@ -25,6 +25,7 @@ public:
     void orderFront(QWidget* window) override;
     bool hasCompositor() const override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
+    void setListedInTaskbar(QWidget* window, bool listed) override;
 
 private:
     std::uint32_t atom(const QByteArray& name) const;
@@ -32,6 +33,8 @@ private:
                      const QList<QByteArray>& values);
     void setDesktopWideState(QWidget* window);
     void setReceivesMouse(QWidget* window, bool receives);
+    void changeStateOfMappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
+    void changeStateOfUnmappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
 
     xcb_connection_t* m_connection = nullptr;
     int m_screenNumber = 0;

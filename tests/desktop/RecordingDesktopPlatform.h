@@ -18,7 +18,16 @@ namespace corkwheel::test {
 // widgets are left alone, so nothing depends on a display.
 class RecordingDesktopPlatform final : public DesktopPlatform {
 public:
-    enum class Op { Prepare, SetPinned, SetFrame, OrderFront, OrderOut, Close, BlurBehind };
+    enum class Op {
+        Prepare,
+        SetPinned,
+        SetFrame,
+        OrderFront,
+        OrderOut,
+        Close,
+        BlurBehind,
+        SetListedInTaskbar
+    };
 
     struct Call {
         Op op;
@@ -31,6 +40,7 @@ public:
         bool pinned = true;
         bool closed = false;
         QPainterPath blurShape;
+        bool listedInTaskbar = true;
     };
 
     void preparePanelWindow(QWidget* window) override { record(Op::Prepare, window); }
@@ -63,6 +73,11 @@ public:
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override {
         record(Op::BlurBehind, window);
         m_windows[window].blurShape = shape;
+    }
+
+    void setListedInTaskbar(QWidget* window, bool listed) override {
+        record(Op::SetListedInTaskbar, window);
+        m_windows[window].listedInTaskbar = listed;
     }
 
     WindowState state(const QWidget* window) const { return m_windows.value(window); }
