@@ -1,0 +1,105 @@
+#include "editor/AppOptionsPopover.h"
+
+#include "app/AppSettings.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace corkwheel {
+
+namespace {
+
+constexpr int kPadding = 16;
+constexpr int kSpacing = 10;
+
+QLabel* headline(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    QFont font = label->font();
+    font.setBold(true);
+    label->setFont(font);
+    return label;
+}
+
+QLabel* note(const QString& text, QWidget* parent) {
+    auto* label = new QLabel(text, parent);
+    label->setObjectName(QStringLiteral("appOptionsNote"));
+    label->setWordWrap(true);
+    label->setFixedWidth(AppOptionsPopover::kNoteWidth);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 0.85);
+    label->setFont(font);
+    QPalette palette = label->palette();
+    palette.setColor(QPalette::WindowText, palette.color(QPalette::Disabled, QPalette::WindowText));
+    label->setPalette(palette);
+    return label;
+}
+
+} // namespace
+
+AppOptionsPopover::AppOptionsPopover(AppSettings& settings, QWidget* parent)
+    : QFrame(parent, Qt::Popup), m_settings(settings) {
+    setObjectName(QStringLiteral("appOptionsPopover"));
+    setFrameShape(QFrame::StyledPanel);
+    m_dockIcon = new QCheckBox(tr("Show Dock icon"), this);
+    m_dockIcon->setObjectName(QStringLiteral("showDockIconBox"));
+    m_menuBarItem = new QCheckBox(tr("Show menu bar item"), this);
+    m_menuBarItem->setObjectName(QStringLiteral("showMenuBarItemBox"));
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+    layout->setSpacing(kSpacing);
+    layout->addWidget(headline(tr("Appearance"), this));
+    layout->addWidget(m_dockIcon);
+    layout->addWidget(m_menuBarItem);
+    layout->addWidget(
+        note(tr("At least one stays visible so you can always reach Settings."), this));
+
+    showSettings();
+    connect(m_dockIcon, &QCheckBox::toggled, &m_settings, &AppSettings::setShowDockIcon);
+    connect(m_menuBarItem, &QCheckBox::toggled, &m_settings, &AppSettings::setShowMenuBarItem);
+    connect(&m_settings, &AppSettings::showDockIconChanged, this, &AppOptionsPopover::showSettings);
+    connect(&m_settings, &AppSettings::showMenuBarItemChanged, this,
+            &AppOptionsPopover::showSettings);
+}
+
+void AppOptionsPopover::showSettings() {
+    const QSignalBlocker dockBlocker(m_dockIcon);
+    const QSignalBlocker menuBlocker(m_menuBarItem);
+    m_dockIcon->setChecked(m_settings.showDockIcon());
+    m_menuBarItem->setChecked(m_settings.showMenuBarItem());
+}
+
+void AppOptionsPopover::popUp(QWidget* anchor) {
+    m_anchor = anchor;
+    adjustSize();
+    QPoint at = anchor->mapToGlobal(QPoint(0, anchor->height()));
+    at.rx() += (anchor->width() - width()) / 2;
+    move(at);
+    setAttribute(Qt::WA_NoMouseReplay, false);
+    show();
+}
+
+void AppOptionsPopover::closeWithoutReplay() {
+    setAttribute(Qt::WA_NoMouseReplay);
+    close();
+}
+
+void AppOptionsPopover::mousePressEvent(QMouseEvent* event) {
+    // A popup gets every press while it is open, and a press outside closes it and is then
+    // passed on to what lies under it. One on the button that opened it must not be, or
+    // the button would open the popup again at once.
+    const QPoint global = event->globalPosition().toPoint();
+    if (m_anchor && QRect(m_anchor->mapToGlobal(QPoint()), m_anchor->size()).contains(global))
+        setAttribute(Qt::WA_NoMouseReplay);
+    QFrame::mousePressEvent(event);
+}
+
+void AppOptionsPopover::hideEvent(QHideEvent* event) {
+    QFrame::hideEvent(event);
+    Q_EMIT closed();
+}
+
+} // namespace corkwheel

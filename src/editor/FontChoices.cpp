@@ -1,0 +1,24 @@
+#include "editor/FontChoices.h"
+
+#include <QCollator>
+#include <QFontDatabase>
+
+#include <algorithm>
+
+namespace corkwheel {
+
+const QStringList& fontChoices() {
+    static const QStringList choices = sortedFontNames(QFontDatabase::families());
+    return choices;
+}
+
+QStringList sortedFontNames(QStringList names, const QLocale& locale) {
+    QCollator collator(locale);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::stable_sort(names.begin(), names.end(), [&collator](const QString& a, const QString& b) {
+        return collator.compare(a, b) < 0;
+    });
+    return names;
+}
+
+} // namespace corkwheel

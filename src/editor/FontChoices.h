@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QLocale>
+#include <QStringList>
+
+namespace corkwheel {
+
+// The font names the inspector's font picker offers: every installed font family, sorted.
+// Read once per process, on first use; fonts installed later appear after a restart.
+const QStringList& fontChoices();
+
+// `names` sorted ascending for `locale`, ignoring case; names that compare equal keep their
+// order.
+QStringList sortedFontNames(QStringList names, const QLocale& locale = QLocale());
+
+} // namespace corkwheel

@@ -1,0 +1,79 @@
+#include "editor/MiniSwitch.h"
+
+#include "desktop/Theme.h"
+
+#include <QPainter>
+
+namespace corkwheel {
+
+namespace {
+
+// The off track is the text colour, faint, so it reads on light and dark palettes alike.
+constexpr double kOffTrackAlpha = 0.18;
+constexpr double kKnobOutlineAlpha = 0.16;
+constexpr double kDisabledOpacity = 0.45;
+constexpr int kOnRimDarkness = 130;
+
+} // namespace
+
+MiniSwitch::MiniSwitch(QWidget* parent) : QAbstractButton(parent) {
+    setCheckable(true);
+    // Clicking the switch of a list row must not take the keyboard away from the list.
+    setFocusPolicy(Qt::TabFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize MiniSwitch::sizeHint() const {
+    return {kWidth, kHeight};
+}
+
+QSize MiniSwitch::minimumSizeHint() const {
+    return sizeHint();
+}
+
+QColor MiniSwitch::trackColor() const {
+    if (isChecked())
+        return Theme::accent();
+    QColor off = palette().color(QPalette::WindowText);
+    off.setAlphaF(static_cast<float>(kOffTrackAlpha));
+    return off;
+}
+
+QRectF MiniSwitch::knobRect(const QRectF& track) const {
+    const double diameter = track.height() - 2 * kKnobInset;
+    const double left =
+        isChecked() ? track.right() - kKnobInset - diameter : track.left() + kKnobInset;
+    return {left, track.top() + kKnobInset, diameter, diameter};
+}
+
+void MiniSwitch::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!isEnabled())
+        painter.setOpacity(kDisabledOpacity);
+
+    QRectF track(0, 0, kWidth, kHeight);
+    track.moveCenter(QRectF(rect()).center());
+    // The darker rim keeps an "on" track visible on a selection highlight of the same accent.
+    const QColor fill = trackColor();
+    painter.setPen(isChecked() ? QPen(fill.darker(kOnRimDarkness), 1) : Qt::NoPen);
+    painter.setBrush(fill);
+    const QRectF inner = track.adjusted(0.5, 0.5, -0.5, -0.5);
+    painter.drawRoundedRect(inner, inner.height() / 2, inner.height() / 2);
+
+    QColor outline = Qt::black;
+    outline.setAlphaF(static_cast<float>(kKnobOutlineAlpha));
+    painter.setPen(QPen(outline, 0.5));
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(knobRect(track));
+
+    if (hasFocus()) {
+        painter.setPen(QPen(Theme::accent(), 1.5));
+        painter.setBrush(Qt::NoBrush);
+        // Inside the track: the switch has no margin to draw a ring around it.
+        const QRectF ring = track.adjusted(0.75, 0.75, -0.75, -0.75);
+        painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);
+    }
+}
+
+} // namespace corkwheel

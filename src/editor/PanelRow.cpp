@@ -1,0 +1,111 @@
+#include "editor/PanelRow.h"
+
+#include "desktop/PanelFonts.h"
+#include "editor/ElidedLabel.h"
+#include "editor/MiniSwitch.h"
+#include "editor/SymbolBox.h"
+#include "model/PanelStore.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QSignalBlocker>
+#include <QVBoxLayout>
+
+namespace corkwheel {
+
+namespace {
+
+// Secondary text is the primary text colour, dimmed.
+constexpr double kSecondaryAlpha = 0.55;
+
+QColor dimmed(QColor color) {
+    color.setAlphaF(static_cast<float>(kSecondaryAlpha));
+    return color;
+}
+
+template <typename Label> Label* makeLabel(const QString& objectName, QWidget* parent) {
+    auto* label = new Label(parent);
+    label->setObjectName(objectName);
+    label->setTextFormat(Qt::PlainText);
+    // Inside a list the role would follow the list's base colour; the row sets WindowText.
+    label->setForegroundRole(QPalette::WindowText);
+    // Clicks fall through to the list, which selects the row.
+    label->setAttribute(Qt::WA_TransparentForMouseEvents);
+    return label;
+}
+
+} // namespace
+
+PanelRow::PanelRow(PanelStore& store, const Panel& panel, QWidget* parent)
+    : QWidget(parent), m_store(store), m_panel(panel),
+      m_symbol(new SymbolBox(kSymbolBox, kSymbolSize, this)),
+      m_name(makeLabel<ElidedLabel>(QStringLiteral("nameLabel"), this)),
+      m_type(makeLabel<QLabel>(QStringLiteral("typeLabel"), this)), m_switch(new MiniSwitch(this)) {
+    setObjectName(QStringLiteral("panelRow"));
+    m_symbol->setObjectName(QStringLiteral("symbolBox"));
+    m_symbol->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_switch->setObjectName(QStringLiteral("enabledSwitch"));
+    m_type->setFont(PanelFonts::caption());
+
+    auto* lines = new QVBoxLayout;
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(kLineSpacing);
+    lines->addWidget(m_name);
+    lines->addWidget(m_type);
+
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(kLeadingPadding, kVerticalPadding, kTrailingPadding, kVerticalPadding);
+    row->setSpacing(kSpacing);
+    row->addWidget(m_symbol, 0, Qt::AlignVCenter);
+    row->addLayout(lines, 1);
+    row->addWidget(m_switch, 0, Qt::AlignVCenter);
+
+    connect(m_switch, &QAbstractButton::clicked, this, &PanelRow::writeEnabled);
+    setPanel(panel);
+}
+
+void PanelRow::setPanel(const Panel& panel) {
+    m_panel = panel;
+    m_name->setText(panel.name);
+    m_type->setText(displayName(panel.type));
+    const QSignalBlocker quiet(m_switch);
+    m_switch->setChecked(panel.isEnabled);
+    applyColors();
+}
+
+void PanelRow::setSelected(bool selected) {
+    if (selected == m_selected)
+        return;
+    m_selected = selected;
+    applyColors();
+}
+
+void PanelRow::writeEnabled(bool enabled) {
+    Panel copy = m_panel;
+    copy.isEnabled = enabled;
+    m_store.update(copy);
+    // The store hands the changed panel back through setPanel; when it ignored the write
+    // (the panel is gone) the switch goes back to what the row's copy says.
+    const QSignalBlocker quiet(m_switch);
+    m_switch->setChecked(m_panel.isEnabled);
+}
+
+void PanelRow::applyColors() {
+    const QColor text = palette().color(m_selected ? QPalette::HighlightedText : QPalette::Text);
+    QPalette namePalette = m_name->palette();
+    namePalette.setColor(QPalette::WindowText, text);
+    m_name->setPalette(namePalette);
+    QPalette typePalette = m_type->palette();
+    typePalette.setColor(QPalette::WindowText, dimmed(text));
+    m_type->setPalette(typePalette);
+    m_symbol->setSymbol(symbolName(m_panel.type), dimmed(text));
+}
+
+void PanelRow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        applyColors();
+}
+
+} // namespace corkwheel

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "model/Panel.h"
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+
+namespace corkwheel {
+
+class ElidedLabel;
+class MiniSwitch;
+class PanelStore;
+class SymbolBox;
+
+// One panel in the sidebar's list: the type's symbol, the panel's name over the type's name,
+// and a switch that turns the panel on or off. The switch writes the row's own copy of the
+// panel back to the store with only `isEnabled` changed.
+class PanelRow : public QWidget {
+    Q_OBJECT
+
+public:
+    PanelRow(PanelStore& store, const Panel& panel, QWidget* parent = nullptr);
+
+    // Shows `panel`, which the store now holds under this row's id.
+    void setPanel(const Panel& panel);
+    const Panel& panel() const { return m_panel; }
+
+    // A selected row is drawn over the selection highlight, in its text colours.
+    void setSelected(bool selected);
+    bool isSelected() const { return m_selected; }
+
+    static constexpr double kSymbolBox = 20;
+    static constexpr double kSymbolSize = 16;
+    static constexpr int kLineSpacing = 1;
+    static constexpr int kSpacing = 8;
+    static constexpr int kVerticalPadding = 5;
+    static constexpr int kLeadingPadding = 6;
+    static constexpr int kTrailingPadding = 8;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void writeEnabled(bool enabled);
+    void applyColors();
+
+    PanelStore& m_store;
+    Panel m_panel;
+    bool m_selected = false;
+    SymbolBox* m_symbol;
+    ElidedLabel* m_name;
+    QLabel* m_type;
+    MiniSwitch* m_switch;
+};
+
+} // namespace corkwheel

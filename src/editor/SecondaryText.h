@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+class QLabel;
+class QWidget;
+
+namespace corkwheel::SecondaryText {
+
+// How much of the text colour the form's secondary texts keep.
+inline constexpr double kOpacity = 0.55;
+
+// Dims the text of `widget` to the form's secondary style.
+void apply(QWidget& widget);
+
+// A note under a row of the form: caption-sized, dimmed and wrapping.
+QLabel* note(const QString& text, QWidget* parent = nullptr);
+
+} // namespace corkwheel::SecondaryText
