@@ -10,7 +10,7 @@ BUILD_PACKAGES=(
 )
 
 TEST_PACKAGES=(
-    xvfb openbox picom xdotool wmctrl x11-utils
+    xvfb openbox picom xdotool wmctrl x11-utils trayer
     fonts-dejavu-core clang-format
 )
 

@@ -1,23 +1,50 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppSettings.h"
+#include "desktop/DesktopPlatform.h"
 #include "desktop/DesktopWindowsManager.h"
+#include "editor/EditorWindow.h"
+#include "editor/MenuBarItem.h"
+#include "editor/MenuBarView.h"
+#include "editor/TaskbarDockPolicy.h"
+
+#include <QCoreApplication>
 
 namespace corkwheel {
 
 AppDelegate::AppDelegate(AppSettings& settings, QObject* parent)
-    : QObject(parent), m_settings(settings) {}
+    : QObject(parent), m_settings(settings), m_platform(DesktopPlatform::create()),
+      m_dockPolicy(std::make_unique<TaskbarDockPolicy>(*m_platform)),
+      m_menuBarView(std::make_unique<MenuBarView>(m_store)),
+      m_menuBarItem(std::make_unique<MenuBarItem>(settings, *m_menuBarView)) {
+    connect(m_menuBarView.get(), &MenuBarView::settingsRequested, this,
+            &AppDelegate::openSettingsWindow);
+    connect(m_menuBarView.get(), &MenuBarView::quitRequested, qApp, &QCoreApplication::quit,
+            Qt::QueuedConnection);
+}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    delete m_editor;
+}
 
 // From here on one desktop window is shown per enabled panel.
 void AppDelegate::applicationDidFinishLaunching() {
     m_windowsManager = std::make_unique<DesktopWindowsManager>(m_store);
+    m_settings.setDockPolicy(m_dockPolicy.get());
     m_settings.applyDockPolicy();
 }
 
 void AppDelegate::openSettingsWindow() {
-    Q_EMIT settingsWindowRequested();
+    if (!m_editor) {
+        m_editor = new EditorWindow(m_store, m_settings);
+        // Closing the editor ends it, its selection and its preview with it.
+        m_editor->setAttribute(Qt::WA_DeleteOnClose);
+        m_editor->setAttribute(Qt::WA_QuitOnClose, false);
+        m_dockPolicy->setWindow(m_editor);
+    }
+    m_editor->show();
+    m_editor->raise();
+    m_editor->activateWindow();
 }
 
 } // namespace corkwheel

@@ -1,10 +1,11 @@
 // Panel windows on a real X display with a window manager and a compositor, as
 // scripts/test.sh starts them (Xvfb, openbox, picom). The first tests run the corkwheel
 // binary; the others run the store and the windows manager inside this process, so they
-// can switch edit mode, which the application offers no outside channel for. Everything is
-// checked from outside, the way the window system sees it: xwininfo, xprop and xdotool.
+// can switch edit mode directly. Everything is checked from outside, the way the window
+// system sees it: xwininfo, xprop and xdotool.
 
 #include "PanelFixtures.h"
+#include "XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelWindow.h"
@@ -12,154 +13,11 @@
 #include "desktop/PanelResizeHandle.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QMouseEvent>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QScreen>
 #include <QStandardPaths>
 #include <QTest>
-#include <QWidget>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
-
-namespace {
-
-constexpr int kWait = 5000;
-
-// Runs an X tool to the end while this process keeps handling its own window events.
-QString run(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted(kWait))
-        return {};
-    QElapsedTimer timer;
-    timer.start();
-    while (process.state() != QProcess::NotRunning && timer.elapsed() < 20000)
-        QTest::qWait(10);
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
-
-QString xdotool(const QStringList& arguments) {
-    return run(QStringLiteral("xdotool"), arguments);
-}
-
-// Asks the window manager to show the desktop, or to stop showing it, as a taskbar's
-// "show desktop" button does. A key binding would depend on the keyboard state.
-void showDesktop(bool on) {
-    run(QStringLiteral("wmctrl"),
-        {QStringLiteral("-k"), on ? QStringLiteral("on") : QStringLiteral("off")});
-}
-
-QString hex(WId window) {
-    return QStringLiteral("0x%1").arg(window, 0, 16);
-}
-
-QString windowInfo(WId window) {
-    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), hex(window)});
-}
-
-int infoValue(const QString& info, const QString& label) {
-    const QRegularExpression pattern(QRegularExpression::escape(label) +
-                                     QStringLiteral(":\\s+(-?\\d+)"));
-    const auto match = pattern.match(info);
-    return match.hasMatch() ? match.captured(1).toInt() : -1;
-}
-
-// Where the window really is on the screen, frame offsets of the window manager included.
-QRect screenGeometry(WId window) {
-    const QString info = windowInfo(window);
-    return {infoValue(info, QStringLiteral("Absolute upper-left X")),
-            infoValue(info, QStringLiteral("Absolute upper-left Y")),
-            infoValue(info, QStringLiteral("Width")), infoValue(info, QStringLiteral("Height"))};
-}
-
-bool isViewable(WId window) {
-    return windowInfo(window).contains(QStringLiteral("Map State: IsViewable"));
-}
-
-QString xprop(const QString& target, const QString& name) {
-    return run(QStringLiteral("xprop"),
-               {target == QStringLiteral("root") ? QStringLiteral("-root") : QStringLiteral("-id"),
-                target, name})
-        .replace(QLatin1Char('\n'), QLatin1Char(' '));
-}
-
-QStringList atoms(WId window, const QString& name) {
-    const QString line = xprop(hex(window), name);
-    const qsizetype equals = line.indexOf(QLatin1Char('='));
-    if (equals < 0)
-        return {};
-    QStringList values = line.mid(equals + 1).split(QLatin1Char(','));
-    for (QString& value : values)
-        value = value.trimmed();
-    return values;
-}
-
-bool windowManagerSupports(const QString& atom) {
-    return xprop(QStringLiteral("root"), QStringLiteral("_NET_SUPPORTED")).contains(atom);
-}
-
-bool isShowingDesktop() {
-    return xprop(QStringLiteral("root"), QStringLiteral("_NET_SHOWING_DESKTOP"))
-        .contains(QStringLiteral("= 1"));
-}
-
-QList<WId> windowsNamed(const QString& name) {
-    QList<WId> windows;
-    const QString found = xdotool({QStringLiteral("search"), QStringLiteral("--name"),
-                                   QLatin1Char('^') + name + QLatin1Char('$')});
-    for (const QString& line : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-        windows.append(line.trimmed().toULongLong());
-    return windows;
-}
-
-void click(QPoint at) {
-    xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(at.x()),
-             QString::number(at.y()), QStringLiteral("click"), QStringLiteral("1")});
-}
-
-// Presses at `from`, moves in small steps to `to` and releases there.
-void drag(QPoint from, QPoint to) {
-    QStringList arguments = {QStringLiteral("mousemove"), QStringLiteral("--sync"),
-                             QString::number(from.x()),   QString::number(from.y()),
-                             QStringLiteral("mousedown"), QStringLiteral("1")};
-    constexpr int kSteps = 8;
-    for (int step = 1; step <= kSteps; ++step) {
-        const QPoint at = from + (to - from) * step / kSteps;
-        arguments << QStringLiteral("sleep") << QStringLiteral("0.03")
-                  << QStringLiteral("mousemove") << QStringLiteral("--sync")
-                  << QString::number(at.x()) << QString::number(at.y());
-    }
-    arguments << QStringLiteral("sleep") << QStringLiteral("0.1") << QStringLiteral("mouseup")
-              << QStringLiteral("1");
-    xdotool(arguments);
-}
-
-// What a desktop environment's own desktop window is: a full-screen window of the desktop
-// type, below everything else. It records the clicks that reach it.
-class DesktopStandIn : public QWidget {
-public:
-    DesktopStandIn() {
-        setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
-        setGeometry(QGuiApplication::primaryScreen()->geometry());
-        run(QStringLiteral("xprop"),
-            {QStringLiteral("-id"), hex(winId()), QStringLiteral("-f"),
-             QStringLiteral("_NET_WM_WINDOW_TYPE"), QStringLiteral("32a"), QStringLiteral("-set"),
-             QStringLiteral("_NET_WM_WINDOW_TYPE"), QStringLiteral("_NET_WM_WINDOW_TYPE_DESKTOP")});
-        show();
-    }
-
-    QList<QPoint> presses;
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override {
-        presses.append(event->globalPosition().toPoint());
-    }
-};
-
-} // namespace
 
 class DesktopE2ETest : public QObject {
     Q_OBJECT
@@ -169,8 +27,7 @@ public:
 
 private:
     bool m_hasDisplay;
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<QProcess> m_corkwheel;
+    std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<DesktopWindowsManager> m_manager;
 
@@ -178,44 +35,13 @@ private:
     Panel m_beta = textPanel(QStringLiteral("E2E Beta"), {600, 300, 360, 200});
     Panel m_off = textPanel(QStringLiteral("E2E Off"), {100, 500, 240, 60}, false);
 
-    // The corkwheel binary with its own XDG folders and a document holding `panels`.
     void startCorkwheel(const QList<Panel>& panels) {
-        m_home = std::make_unique<QTemporaryDir>();
-        const QDir home(m_home->path());
-        home.mkpath(QStringLiteral("data/Corkwheel"));
-        home.mkpath(QStringLiteral("runtime"));
-        QFile::setPermissions(home.filePath(QStringLiteral("runtime")),
-                              QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                  QFileDevice::ExeOwner);
-        QFile document(home.filePath(QStringLiteral("data/Corkwheel/panels.json")));
-        QVERIFY(document.open(QIODevice::WriteOnly));
-        document.write(PanelDocument::encode(panels).value());
-        document.close();
-
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
-        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
-        m_corkwheel = std::make_unique<QProcess>();
-        m_corkwheel->setProcessEnvironment(env);
-        m_corkwheel->setProgram(QStringLiteral(CORKWHEEL_BINARY));
-        m_corkwheel->start();
-        QVERIFY(m_corkwheel->waitForStarted());
+        m_corkwheel = std::make_unique<CorkwheelProcess>(panels);
+        QVERIFY(m_corkwheel->process().waitForStarted());
     }
 
     // The X window of a panel shown by the binary, once it is mapped; 0 when none comes.
-    static WId shownWindow(const Panel& panel) {
-        QElapsedTimer timer;
-        timer.start();
-        while (timer.elapsed() < kWait) {
-            const QList<WId> windows = windowsNamed(panel.name);
-            if (!windows.isEmpty() && isViewable(windows.first()))
-                return windows.first();
-            QTest::qWait(50);
-        }
-        return 0;
-    }
+    static WId shownWindow(const Panel& panel) { return shownWindowNamed(panel.name); }
 
     // The store and the windows manager in this process, as the application has them.
     void startInProcess(const QList<Panel>& panels) {
@@ -261,15 +87,9 @@ private Q_SLOTS:
         if (isShowingDesktop())
             showDesktop(false);
         QTRY_VERIFY_WITH_TIMEOUT(!isShowingDesktop(), kWait);
-        if (m_corkwheel) {
-            m_corkwheel->terminate();
-            if (!m_corkwheel->waitForFinished(kWait))
-                m_corkwheel->kill();
-            m_corkwheel.reset();
-        }
+        m_corkwheel.reset();
         m_manager.reset();
         m_fixture.reset();
-        m_home.reset();
     }
 
     void corkwheelShowsEachEnabledPanelAtItsFrame() {

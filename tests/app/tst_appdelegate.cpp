@@ -1,0 +1,89 @@
+// The application's own lifetime rules: the editor opens on request and closing it leaves
+// Corkwheel running.
+
+#include "app/AppDelegate.h"
+#include "app/AppSettings.h"
+#include "editor/EditorWindow.h"
+#include "editor/MenuBarView.h"
+
+#include <QApplication>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace corkwheel;
+
+class AppDelegateTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_home;
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY(m_home.isValid());
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("config"))));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("data"))));
+    }
+
+    void editorIsNotOpenedAtLaunch() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        QVERIFY(!delegate.editorWindow());
+        QVERIFY(delegate.windowsManager());
+    }
+
+    void reopeningWithTheEditorClosedOpensIt() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        delegate.openSettingsWindow();
+        QVERIFY(delegate.editorWindow());
+        QVERIFY(delegate.editorWindow()->isVisible());
+        QVERIFY(QTest::qWaitForWindowExposed(delegate.editorWindow()));
+
+        delegate.editorWindow()->close();
+        QTRY_VERIFY(!delegate.editorWindow());
+        delegate.openSettingsWindow();
+        QVERIFY(delegate.editorWindow());
+        QVERIFY(delegate.editorWindow()->isVisible());
+    }
+
+    void openingTwiceKeepsOneEditor() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.openSettingsWindow();
+        EditorWindow* first = delegate.editorWindow();
+        delegate.openSettingsWindow();
+        QCOMPARE(delegate.editorWindow(), first);
+    }
+
+    void closingTheEditorDoesNotQuit() {
+        QApplication::setQuitOnLastWindowClosed(true);
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        QSignalSpy lastClosed(qApp, &QGuiApplication::lastWindowClosed);
+        delegate.openSettingsWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(delegate.editorWindow()));
+        delegate.editorWindow()->close();
+        QTRY_VERIFY(!delegate.editorWindow());
+        QTest::qWait(50);
+        QCOMPARE(lastClosed.count(), 0);
+        // The panels are still there to show.
+        QCOMPARE(delegate.store().panels().size(), 3);
+    }
+
+    void settingsFromTheTrayMenuOpenTheEditor() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        Q_EMIT delegate.menuBarView().settingsRequested();
+        QVERIFY(delegate.editorWindow());
+        QVERIFY(delegate.editorWindow()->isVisible());
+    }
+};
+
+QTEST_MAIN(AppDelegateTest)
+#include "tst_appdelegate.moc"

@@ -1,0 +1,242 @@
+#pragma once
+
+// Shared by the end-to-end tests: X tools run from a test on a real X display, and the
+// corkwheel binary started with a document and XDG folders of its own. Everything is
+// checked from outside, the way the window system sees it: xwininfo, xprop and xdotool.
+
+#include "model/Panel.h"
+#include "model/PanelDocument.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QMouseEvent>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+
+#include <memory>
+
+namespace corkwheel::test {
+
+inline constexpr int kWait = 5000;
+
+// Runs an X tool to the end while this process keeps handling its own window events.
+inline QString run(const QString& program, const QStringList& arguments) {
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForStarted(kWait))
+        return {};
+    QElapsedTimer timer;
+    timer.start();
+    while (process.state() != QProcess::NotRunning && timer.elapsed() < 20000)
+        QTest::qWait(10);
+    return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+inline QString xdotool(const QStringList& arguments) {
+    return run(QStringLiteral("xdotool"), arguments);
+}
+
+// Asks the window manager to show the desktop, or to stop showing it, as a taskbar's
+// "show desktop" button does. A key binding would depend on the keyboard state.
+inline void showDesktop(bool on) {
+    run(QStringLiteral("wmctrl"),
+        {QStringLiteral("-k"), on ? QStringLiteral("on") : QStringLiteral("off")});
+}
+
+inline QString hex(WId window) {
+    return QStringLiteral("0x%1").arg(window, 0, 16);
+}
+
+inline QString windowInfo(WId window) {
+    return run(QStringLiteral("xwininfo"), {QStringLiteral("-id"), hex(window)});
+}
+
+inline int infoValue(const QString& info, const QString& label) {
+    const QRegularExpression pattern(QRegularExpression::escape(label) +
+                                     QStringLiteral(":\\s+(-?\\d+)"));
+    const auto match = pattern.match(info);
+    return match.hasMatch() ? match.captured(1).toInt() : -1;
+}
+
+// Where the window really is on the screen, frame offsets of the window manager included.
+inline QRect screenGeometry(WId window) {
+    const QString info = windowInfo(window);
+    return {infoValue(info, QStringLiteral("Absolute upper-left X")),
+            infoValue(info, QStringLiteral("Absolute upper-left Y")),
+            infoValue(info, QStringLiteral("Width")), infoValue(info, QStringLiteral("Height"))};
+}
+
+inline bool isViewable(WId window) {
+    return windowInfo(window).contains(QStringLiteral("Map State: IsViewable"));
+}
+
+inline QString xprop(const QString& target, const QString& name) {
+    return run(QStringLiteral("xprop"),
+               {target == QStringLiteral("root") ? QStringLiteral("-root") : QStringLiteral("-id"),
+                target, name})
+        .replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+inline QStringList atoms(WId window, const QString& name) {
+    const QString line = xprop(hex(window), name);
+    const qsizetype equals = line.indexOf(QLatin1Char('='));
+    if (equals < 0)
+        return {};
+    QStringList values = line.mid(equals + 1).split(QLatin1Char(','));
+    for (QString& value : values)
+        value = value.trimmed();
+    return values;
+}
+
+inline bool windowManagerSupports(const QString& atom) {
+    return xprop(QStringLiteral("root"), QStringLiteral("_NET_SUPPORTED")).contains(atom);
+}
+
+inline bool isShowingDesktop() {
+    return xprop(QStringLiteral("root"), QStringLiteral("_NET_SHOWING_DESKTOP"))
+        .contains(QStringLiteral("= 1"));
+}
+
+inline QList<WId> windowsNamed(const QString& name) {
+    QList<WId> windows;
+    const QString found = xdotool({QStringLiteral("search"), QStringLiteral("--name"),
+                                   QLatin1Char('^') + name + QLatin1Char('$')});
+    for (const QString& line : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        windows.append(line.trimmed().toULongLong());
+    return windows;
+}
+
+inline void click(QPoint at) {
+    xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(at.x()),
+             QString::number(at.y()), QStringLiteral("click"), QStringLiteral("1")});
+}
+
+// Presses at `from`, moves in small steps to `to` and releases there.
+inline void drag(QPoint from, QPoint to) {
+    QStringList arguments = {QStringLiteral("mousemove"), QStringLiteral("--sync"),
+                             QString::number(from.x()),   QString::number(from.y()),
+                             QStringLiteral("mousedown"), QStringLiteral("1")};
+    constexpr int kSteps = 8;
+    for (int step = 1; step <= kSteps; ++step) {
+        const QPoint at = from + (to - from) * step / kSteps;
+        arguments << QStringLiteral("sleep") << QStringLiteral("0.03")
+                  << QStringLiteral("mousemove") << QStringLiteral("--sync")
+                  << QString::number(at.x()) << QString::number(at.y());
+    }
+    arguments << QStringLiteral("sleep") << QStringLiteral("0.1") << QStringLiteral("mouseup")
+              << QStringLiteral("1");
+    xdotool(arguments);
+}
+
+// What a desktop environment's own desktop window is: a full-screen window of the desktop
+// type, below everything else. It records the clicks that reach it.
+class DesktopStandIn : public QWidget {
+public:
+    DesktopStandIn() {
+        setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        setGeometry(QGuiApplication::primaryScreen()->geometry());
+        run(QStringLiteral("xprop"),
+            {QStringLiteral("-id"), hex(winId()), QStringLiteral("-f"),
+             QStringLiteral("_NET_WM_WINDOW_TYPE"), QStringLiteral("32a"), QStringLiteral("-set"),
+             QStringLiteral("_NET_WM_WINDOW_TYPE"), QStringLiteral("_NET_WM_WINDOW_TYPE_DESKTOP")});
+        show();
+    }
+
+    QList<QPoint> presses;
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override {
+        presses.append(event->globalPosition().toPoint());
+    }
+};
+
+// The corkwheel binary with its own XDG folders and a document holding the panels it was
+// started with.
+class CorkwheelProcess {
+public:
+    explicit CorkwheelProcess(const QList<Panel>& panels) {
+        const QDir home(m_home.path());
+        home.mkpath(QStringLiteral("data/Corkwheel"));
+        home.mkpath(QStringLiteral("runtime"));
+        QFile::setPermissions(home.filePath(QStringLiteral("runtime")),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                  QFileDevice::ExeOwner);
+        QFile document(documentPath());
+        if (document.open(QIODevice::WriteOnly))
+            document.write(PanelDocument::encode(panels).value_or(QByteArray()));
+        document.close();
+        m_process.setProcessEnvironment(environment());
+        m_process.setProgram(QStringLiteral(CORKWHEEL_BINARY));
+        m_process.start();
+    }
+
+    ~CorkwheelProcess() {
+        if (m_process.state() == QProcess::NotRunning)
+            return;
+        m_process.terminate();
+        if (!m_process.waitForFinished(kWait))
+            m_process.kill();
+        m_process.waitForFinished(kWait);
+    }
+
+    QProcess& process() { return m_process; }
+
+    QString documentPath() const {
+        return QDir(m_home.path()).filePath(QStringLiteral("data/Corkwheel/panels.json"));
+    }
+
+    QList<Panel> savedPanels() const {
+        QFile file(documentPath());
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        return PanelDocument::decode(file.readAll()).value_or(QList<Panel>());
+    }
+
+    // Starts corkwheel once more in the same session, as a user would, and returns its exit
+    // code once it has ended.
+    int startAgain() const {
+        QProcess again;
+        again.setProcessEnvironment(environment());
+        again.start(QStringLiteral(CORKWHEEL_BINARY), {});
+        if (!again.waitForFinished(kWait * 2))
+            return -1;
+        return again.exitCode();
+    }
+
+private:
+    QProcessEnvironment environment() const {
+        const QDir home(m_home.path());
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
+        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
+        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
+        return env;
+    }
+
+    QTemporaryDir m_home;
+    QProcess m_process;
+};
+
+// The X window named `name` once it is mapped; 0 when none comes.
+inline WId shownWindowNamed(const QString& name) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < kWait) {
+        const QList<WId> windows = windowsNamed(name);
+        for (WId window : windows) {
+            if (isViewable(window))
+                return window;
+        }
+        QTest::qWait(50);
+    }
+    return 0;
+}
+
+} // namespace corkwheel::test

@@ -1,0 +1,258 @@
+// The editor of the real corkwheel binary on an X display with a window manager and a
+// compositor (scripts/test.sh starts Xvfb, openbox and picom), driven with xdotool as a
+// user drives it. Where a control sits inside the editor is read off an identical editor
+// laid out, never shown, in this process: the same code, fonts and size.
+
+#include "PanelFixtures.h"
+#include "XDisplayTools.h"
+
+#include "app/AppSettings.h"
+#include "desktop/DesktopPlatform.h"
+#include "editor/EditorView.h"
+#include "editor/EditorWindow.h"
+#include "editor/InspectorView.h"
+#include "editor/TaskbarDockPolicy.h"
+#include "model/PanelStore.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QStandardPaths>
+#include <QTest>
+#include <QToolButton>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+
+namespace {
+
+// The editor window of the binary: the window titled "Corkwheel" at the editor's size.
+WId shownEditor() {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < kWait) {
+        for (WId window : windowsNamed(QStringLiteral("Corkwheel"))) {
+            if (isViewable(window) && screenGeometry(window).size() == EditorWindow::kDefaultSize)
+                return window;
+        }
+        QTest::qWait(50);
+    }
+    return 0;
+}
+
+void typeText(const QString& text) {
+    xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("20"), text});
+}
+
+void pressKeys(const QStringList& keys) {
+    xdotool(QStringList{QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("100")} +
+            keys);
+}
+
+// A system tray on the display, as a desktop panel offers one.
+class SystemTray {
+public:
+    SystemTray() {
+        m_process.start(QStringLiteral("trayer"),
+                        {QStringLiteral("--edge"), QStringLiteral("bottom"),
+                         QStringLiteral("--align"), QStringLiteral("right"),
+                         QStringLiteral("--widthtype"), QStringLiteral("request"),
+                         QStringLiteral("--height"), QStringLiteral("32"),
+                         QStringLiteral("--SetDockType"), QStringLiteral("true")});
+    }
+    ~SystemTray() {
+        m_process.kill();
+        m_process.waitForFinished(kWait);
+    }
+
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+
+private:
+    QProcess m_process;
+};
+
+// The tray's panel, which holds the one icon docked in it, once it is shown.
+QRect trayIconGeometry() {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < kWait) {
+        const QString found = xdotool(
+            {QStringLiteral("search"), QStringLiteral("--class"), QStringLiteral("^trayer$")});
+        for (const QString& line : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+            const QRect panel = screenGeometry(line.trimmed().toULongLong());
+            if (panel.width() > 1 && panel.height() > 1 && isViewable(line.trimmed().toULongLong()))
+                return panel;
+        }
+        QTest::qWait(100);
+    }
+    return {};
+}
+
+} // namespace
+
+class EditorE2ETest : public QObject {
+    Q_OBJECT
+
+public:
+    explicit EditorE2ETest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
+
+private:
+    bool m_hasDisplay;
+    QTemporaryDir m_configHome;
+    std::unique_ptr<CorkwheelProcess> m_corkwheel;
+
+    Panel m_alpha = textPanel(QStringLiteral("E2E Alpha"), {1300, 700, 300, 80});
+    Panel m_beta = textPanel(QStringLiteral("E2E Beta"), {1300, 850, 300, 80});
+
+    void startCorkwheel(const QList<Panel>& panels) {
+        m_corkwheel = std::make_unique<CorkwheelProcess>(panels);
+        QVERIFY(m_corkwheel->process().waitForStarted());
+        QVERIFY(shownWindowNamed(panels.first().name));
+    }
+
+    // Opens the editor the way a user does while Corkwheel runs: by starting it again.
+    WId openEditor() {
+        if (m_corkwheel->startAgain() != 0)
+            return 0;
+        return shownEditor();
+    }
+
+    // Where `control` of an editor showing `panels` sits, relative to the editor window.
+    QPoint offsetIn(const QList<Panel>& panels,
+                    const std::function<QWidget*(EditorWindow&)>& control) {
+        StoreFixture fixture(panels);
+        AppSettings settings;
+        EditorWindow editor(*fixture.store, settings, clockOnlyServices());
+        editor.setAttribute(Qt::WA_DontShowOnScreen);
+        editor.show();
+        if (!QTest::qWaitFor([&] { return editor.view().inspector() != nullptr; }))
+            return {-1, -1};
+        QCoreApplication::processEvents();
+        QWidget* widget = control(editor);
+        return widget ? widget->mapTo(&editor, widget->rect().center()) : QPoint(-1, -1);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (!m_hasDisplay) {
+            QSKIP("DISPLAY is not set: these tests need an X display with a window manager and "
+                  "a compositor; scripts/test.sh starts one (Xvfb, openbox, picom)");
+        }
+        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty(),
+                 "xdotool is missing: scripts/test.sh installs it");
+        QVERIFY(m_configHome.isValid());
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
+    }
+
+    void cleanup() { m_corkwheel.reset(); }
+
+    void secondStartOpensTheEditor() {
+        startCorkwheel({m_alpha});
+        QTest::qWait(300);
+        QCOMPARE(shownEditor(), WId(0));
+        QCOMPARE(m_corkwheel->startAgain(), 0);
+        QVERIFY(shownEditor());
+        QCOMPARE(m_corkwheel->process().state(), QProcess::Running);
+    }
+
+    void renamingInTheInspectorReachesTheDocument() {
+        const QList<Panel> panels = {m_alpha, m_beta};
+        const QPoint nameField = offsetIn(panels, [](EditorWindow& editor) -> QWidget* {
+            return editor.view().inspector()->findChild<QLineEdit*>(QStringLiteral("nameField"));
+        });
+        QVERIFY(nameField.x() >= 0);
+        startCorkwheel(panels);
+        const WId editor = openEditor();
+        QVERIFY(editor);
+        QTest::qWait(300);
+
+        click(screenGeometry(editor).topLeft() + nameField);
+        pressKeys({QStringLiteral("ctrl+a")});
+        typeText(QStringLiteral("Renamed"));
+        QElapsedTimer sinceTyping;
+        sinceTyping.start();
+        QTRY_COMPARE_WITH_TIMEOUT(m_corkwheel->savedPanels().value(0).name,
+                                  QStringLiteral("Renamed"), kWait);
+        // Written once the typing has paused for the save delay, not at every key.
+        QVERIFY2(sinceTyping.elapsed() >= PanelStore::kSaveDelayMs - 100,
+                 qPrintable(QString::number(sinceTyping.elapsed())));
+        QCOMPARE(m_corkwheel->savedPanels().value(1).name, m_beta.name);
+    }
+
+    void editModeTurnedOnInTheEditorMakesPanelsTakeTheMouse() {
+        DesktopStandIn desktop;
+        QVERIFY(QTest::qWaitForWindowExposed(&desktop));
+        const QList<Panel> panels = {m_alpha};
+        const QPoint editModeButton = offsetIn(panels, [](EditorWindow& editor) -> QWidget* {
+            return editor.buttonFor(editor.editModeAction());
+        });
+        startCorkwheel(panels);
+        const QPoint onPanel(1450, 750);
+        click(onPanel);
+        QTRY_COMPARE_WITH_TIMEOUT(desktop.presses.size(), 1, kWait);
+
+        const WId editor = openEditor();
+        QVERIFY(editor);
+        QTest::qWait(300);
+        click(screenGeometry(editor).topLeft() + editModeButton);
+        QTest::qWait(500);
+        click(onPanel);
+        QTest::qWait(500);
+        QCOMPARE(desktop.presses.size(), 1);
+    }
+
+    void dockIconOffLeavesTheEditorOutOfTaskbarAndPager() {
+        const std::unique_ptr<DesktopPlatform> platform = DesktopPlatform::create();
+        TaskbarDockPolicy policy(*platform);
+        QWidget editor;
+        editor.setWindowTitle(QStringLiteral("E2E Editor"));
+        editor.resize(400, 300);
+        // Before the window is mapped, and after.
+        policy.setRegular(false);
+        policy.setWindow(&editor);
+        editor.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&editor));
+        const auto state = [&] { return atoms(editor.winId(), QStringLiteral("_NET_WM_STATE")); };
+        QTRY_VERIFY_WITH_TIMEOUT(state().contains(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
+                                 kWait);
+        QVERIFY(state().contains(QStringLiteral("_NET_WM_STATE_SKIP_PAGER")));
+
+        policy.setRegular(true);
+        QTRY_VERIFY_WITH_TIMEOUT(!state().contains(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
+                                 kWait);
+        QVERIFY(!state().contains(QStringLiteral("_NET_WM_STATE_SKIP_PAGER")));
+
+        policy.setRegular(false);
+        QTRY_VERIFY_WITH_TIMEOUT(state().contains(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
+                                 kWait);
+    }
+
+    void quittingFromTheTrayMenuEndsTheProcess() {
+        SystemTray tray;
+        QTRY_VERIFY_WITH_TIMEOUT(tray.isRunning(), kWait);
+        QTest::qWait(500);
+        startCorkwheel({m_alpha});
+        const QRect icon = trayIconGeometry();
+        QVERIFY2(!icon.isEmpty(), "no icon docked in the system tray");
+        QTest::qWait(300);
+        xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"),
+                 QString::number(icon.center().x()), QString::number(icon.center().y()),
+                 QStringLiteral("click"), QStringLiteral("3")});
+        QTest::qWait(500);
+        // "Quit Corkwheel" is the menu's last item.
+        pressKeys({QStringLiteral("Up"), QStringLiteral("Return")});
+        QTRY_COMPARE_WITH_TIMEOUT(m_corkwheel->process().state(), QProcess::NotRunning, kWait);
+        QCOMPARE(m_corkwheel->process().exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_corkwheel->process().exitCode(), 0);
+    }
+};
+
+int main(int argc, char* argv[]) {
+    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY");
+    if (!hasDisplay)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    EditorE2ETest test(hasDisplay);
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_editor_e2e.moc"
