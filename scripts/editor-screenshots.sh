@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# Takes the editor screenshots of docs/screenshots (one per panel type) on a virtual desktop.
+# Needs a build in build/ (scripts/test.sh makes one).
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
+root=$(repo_root)
+
+start_virtual_desktop
+trap stop_virtual_desktop EXIT
+cmake --build "$root/build" --target take_editor_screenshots
+# The web engine refuses to start as root without this, and has no GPU here.
+QTWEBENGINE_DISABLE_SANDBOX=1 QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu QT_QPA_PLATFORM=xcb \
+    "$root/build/bin/take_editor_screenshots" "$root/docs/screenshots" \
+    "$root/docs/screenshots/sample-photo.svg" "$root/docs/screenshots/sample-page.html"
