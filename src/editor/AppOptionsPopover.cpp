@@ -1,8 +1,10 @@
 #include "editor/AppOptionsPopover.h"
 
 #include "app/AppSettings.h"
+#include "app/StartAtLogin.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QSignalBlocker>
@@ -47,6 +49,8 @@ AppOptionsPopover::AppOptionsPopover(AppSettings& settings, QWidget* parent)
     m_dockIcon->setObjectName(QStringLiteral("showDockIconBox"));
     m_menuBarItem = new QCheckBox(tr("Show menu bar item"), this);
     m_menuBarItem->setObjectName(QStringLiteral("showMenuBarItemBox"));
+    m_startAtLogin = new QCheckBox(tr("Start at login"), this);
+    m_startAtLogin->setObjectName(QStringLiteral("startAtLoginBox"));
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
@@ -56,10 +60,12 @@ AppOptionsPopover::AppOptionsPopover(AppSettings& settings, QWidget* parent)
     layout->addWidget(m_menuBarItem);
     layout->addWidget(
         note(tr("At least one stays visible so you can always reach Settings."), this));
+    layout->addWidget(m_startAtLogin);
 
     showSettings();
     connect(m_dockIcon, &QCheckBox::toggled, &m_settings, &AppSettings::setShowDockIcon);
     connect(m_menuBarItem, &QCheckBox::toggled, &m_settings, &AppSettings::setShowMenuBarItem);
+    connect(m_startAtLogin, &QCheckBox::toggled, this, &AppOptionsPopover::setStartAtLogin);
     connect(&m_settings, &AppSettings::showDockIconChanged, this, &AppOptionsPopover::showSettings);
     connect(&m_settings, &AppSettings::showMenuBarItemChanged, this,
             &AppOptionsPopover::showSettings);
@@ -70,6 +76,23 @@ void AppOptionsPopover::showSettings() {
     const QSignalBlocker menuBlocker(m_menuBarItem);
     m_dockIcon->setChecked(m_settings.showDockIcon());
     m_menuBarItem->setChecked(m_settings.showMenuBarItem());
+}
+
+// The autostart entry is the only record of the option, and the user may remove it by
+// hand, so it is read again whenever the options are shown.
+void AppOptionsPopover::showStartAtLogin() {
+    const QSignalBlocker blocker(m_startAtLogin);
+    m_startAtLogin->setChecked(StartAtLogin::isEnabled());
+}
+
+void AppOptionsPopover::setStartAtLogin(bool enabled) {
+    StartAtLogin::setEnabled(enabled, QCoreApplication::applicationFilePath());
+    showStartAtLogin();
+}
+
+void AppOptionsPopover::showEvent(QShowEvent* event) {
+    showStartAtLogin();
+    QFrame::showEvent(event);
 }
 
 void AppOptionsPopover::popUp(QWidget* anchor) {

@@ -5,6 +5,7 @@
 #include "RecordingDesktopPlatform.h"
 
 #include "app/AppSettings.h"
+#include "app/StartAtLogin.h"
 #include "desktop/Symbols.h"
 #include "editor/AppOptionsPopover.h"
 #include "editor/EditorView.h"
@@ -84,6 +85,7 @@ private Q_SLOTS:
         m_window.reset();
         m_settings.reset();
         m_fixture.reset();
+        QFile::remove(StartAtLogin::entryPath());
         QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Corkwheel"),
                   QStringLiteral("Corkwheel"))
             .clear();
@@ -289,6 +291,37 @@ private Q_SLOTS:
         QVERIFY(m_settings->showMenuBarItem());
         QVERIFY(!popover.dockIconBox()->isChecked());
         QVERIFY(popover.menuBarItemBox()->isChecked());
+    }
+
+    void startAtLoginSitsBelowTheNoteAndWritesTheAutostartEntry() {
+        EditorWindow& window = open({named(QStringLiteral("One"))});
+        window.appOptionsAction()->trigger();
+        AppOptionsPopover& popover = window.appOptions();
+        QCheckBox* startAtLogin = popover.startAtLoginBox();
+        QCOMPARE(startAtLogin->text(), QStringLiteral("Start at login"));
+        auto* note = popover.findChild<QLabel*>(QStringLiteral("appOptionsNote"));
+        QVERIFY(startAtLogin->y() > note->y());
+        QVERIFY(!startAtLogin->isChecked());
+
+        startAtLogin->click();
+        QVERIFY(QFile::exists(StartAtLogin::entryPath()));
+        QVERIFY(startAtLogin->isChecked());
+        startAtLogin->click();
+        QVERIFY(!QFile::exists(StartAtLogin::entryPath()));
+        QVERIFY(!startAtLogin->isChecked());
+    }
+
+    void autostartEntryRemovedByHandShowsWhenTheOptionsOpenAgain() {
+        EditorWindow& window = open({named(QStringLiteral("One"))});
+        window.appOptionsAction()->trigger();
+        window.appOptions().startAtLoginBox()->click();
+        QVERIFY(window.appOptions().startAtLoginBox()->isChecked());
+        window.appOptionsAction()->trigger();
+        QVERIFY(!window.showingAppOptions());
+
+        QVERIFY(QFile::remove(StartAtLogin::entryPath()));
+        window.appOptionsAction()->trigger();
+        QVERIFY(!window.appOptions().startAtLoginBox()->isChecked());
     }
 
     void dockPolicyListsTheEditorInTheTaskbarOnlyWhenRegular() {
