@@ -33,6 +33,8 @@ public:
     // None while the editor is closed.
     EditorWindow* editorWindow() const { return m_editor; }
     MenuBarView& menuBarView() const { return *m_menuBarView; }
+    MenuBarItem& menuBarItem() const { return *m_menuBarItem; }
+    TaskbarDockPolicy& dockPolicy() const { return *m_dockPolicy; }
 
     void applicationDidFinishLaunching();
 

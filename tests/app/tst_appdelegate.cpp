@@ -4,7 +4,12 @@
 #include "app/AppDelegate.h"
 #include "app/AppSettings.h"
 #include "editor/EditorWindow.h"
+#include "editor/MenuBarItem.h"
 #include "editor/MenuBarView.h"
+#include "editor/TaskbarDockPolicy.h"
+
+#include <QAction>
+#include <QMenu>
 
 #include <QApplication>
 #include <QSignalSpy>
@@ -24,6 +29,37 @@ private Q_SLOTS:
         QVERIFY(m_home.isValid());
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("config"))));
         qputenv("XDG_DATA_HOME", QFile::encodeName(m_home.filePath(QStringLiteral("data"))));
+    }
+
+    void firstLaunchShowsTheTrayItemWithARegularPolicy() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        QVERIFY(settings.showDockIcon());
+        QVERIFY(settings.showMenuBarItem());
+        QVERIFY(delegate.menuBarItem().isShown());
+        QVERIFY(delegate.dockPolicy().isRegular());
+    }
+
+    void editModeInTheTrayMenuAndTheEditorToolbarStayInStep() {
+        AppSettings settings;
+        AppDelegate delegate(settings);
+        delegate.applicationDidFinishLaunching();
+        delegate.openSettingsWindow();
+        QAction* inMenu = nullptr;
+        for (QAction* action : delegate.menuBarView().menu()->actions()) {
+            if (action->text() == QStringLiteral("Edit Mode"))
+                inMenu = action;
+        }
+        QVERIFY(inMenu);
+        QAction* inToolbar = delegate.editorWindow()->editModeAction();
+
+        inMenu->trigger();
+        QVERIFY(delegate.store().isEditMode());
+        QVERIFY(inToolbar->isChecked());
+        inToolbar->trigger();
+        QVERIFY(!delegate.store().isEditMode());
+        QVERIFY(!inMenu->isChecked());
     }
 
     void editorIsNotOpenedAtLaunch() {
