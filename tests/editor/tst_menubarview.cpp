@@ -47,12 +47,36 @@ QList<Panel> namedPanels(int count) {
     return panels;
 }
 
+// The store's two run-time flags, which the menu's two switches show.
+enum class Flag { EditMode, PanelsHidden };
+
+bool get(const PanelStore& store, Flag flag) {
+    return flag == Flag::EditMode ? store.isEditMode() : store.panelsHidden();
+}
+
+void set(PanelStore& store, Flag flag, bool on) {
+    if (flag == Flag::EditMode)
+        store.setEditMode(on);
+    else
+        store.setPanelsHidden(on);
+}
+
+void switchesData() {
+    QTest::addColumn<Entry>("item");
+    QTest::addColumn<Flag>("flag");
+    QTest::newRow("Edit Mode") << EditMode << Flag::EditMode;
+    QTest::newRow("Hide All Panels") << HideAll << Flag::PanelsHidden;
+}
+
 QByteArray fileBytes(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Entry)
+Q_DECLARE_METATYPE(Flag)
 
 class MenuBarViewTest : public QObject {
     Q_OBJECT
@@ -192,63 +216,43 @@ private Q_SLOTS:
         QVERIFY(store.isEditMode());
     }
 
-    void editModeCheckFollowsTheStore() {
+    void switchCheckFollowsTheStore_data() { switchesData(); }
+    void switchCheckFollowsTheStore() {
+        QFETCH(Entry, item);
+        QFETCH(Flag, flag);
         test::StoreFixture fixture(namedPanels(1));
         PanelStore& store = *fixture.store;
         MenuBarView view(store);
 
         // As the editor's toolbar does.
-        store.setEditMode(true);
-        QVERIFY(entry(view, EditMode)->isChecked());
-        store.setEditMode(false);
-        QVERIFY(!entry(view, EditMode)->isChecked());
+        set(store, flag, true);
+        QVERIFY(entry(view, item)->isChecked());
+        set(store, flag, false);
+        QVERIFY(!entry(view, item)->isChecked());
     }
 
-    void choosingEditModeFlipsTheStoreFlag() {
+    void choosingASwitchFlipsTheStoreFlag_data() { switchesData(); }
+    void choosingASwitchFlipsTheStoreFlag() {
+        QFETCH(Entry, item);
+        QFETCH(Flag, flag);
         test::StoreFixture fixture(namedPanels(1));
         PanelStore& store = *fixture.store;
         MenuBarView view(store);
-        QSignalSpy changes(&store, &PanelStore::isEditModeChanged);
 
-        entry(view, EditMode)->trigger();
-        QVERIFY(store.isEditMode());
-        QVERIFY(entry(view, EditMode)->isChecked());
+        entry(view, item)->trigger();
+        QVERIFY(get(store, flag));
+        QVERIFY(entry(view, item)->isChecked());
 
         // Turned off elsewhere, then on again here.
-        store.setEditMode(false);
-        QVERIFY(!entry(view, EditMode)->isChecked());
-        entry(view, EditMode)->trigger();
-        QVERIFY(store.isEditMode());
-        QVERIFY(entry(view, EditMode)->isChecked());
+        set(store, flag, false);
+        QVERIFY(!entry(view, item)->isChecked());
+        entry(view, item)->trigger();
+        QVERIFY(get(store, flag));
+        QVERIFY(entry(view, item)->isChecked());
 
-        entry(view, EditMode)->trigger();
-        QVERIFY(!store.isEditMode());
-        QVERIFY(!entry(view, EditMode)->isChecked());
-        QCOMPARE(changes.count(), 4);
-    }
-
-    void hideAllPanelsCheckFollowsTheStore() {
-        test::StoreFixture fixture(namedPanels(1));
-        PanelStore& store = *fixture.store;
-        MenuBarView view(store);
-
-        store.setPanelsHidden(true);
-        QVERIFY(entry(view, HideAll)->isChecked());
-        store.setPanelsHidden(false);
-        QVERIFY(!entry(view, HideAll)->isChecked());
-    }
-
-    void choosingHideAllPanelsFlipsTheStoreFlag() {
-        test::StoreFixture fixture(namedPanels(1));
-        PanelStore& store = *fixture.store;
-        MenuBarView view(store);
-
-        entry(view, HideAll)->trigger();
-        QVERIFY(store.panelsHidden());
-        QVERIFY(entry(view, HideAll)->isChecked());
-        entry(view, HideAll)->trigger();
-        QVERIFY(!store.panelsHidden());
-        QVERIFY(!entry(view, HideAll)->isChecked());
+        entry(view, item)->trigger();
+        QVERIFY(!get(store, flag));
+        QVERIFY(!entry(view, item)->isChecked());
     }
 
     void aViewMadeLaterShowsTheFlagsAsTheyAre() {
