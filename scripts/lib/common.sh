@@ -10,8 +10,14 @@ BUILD_PACKAGES=(
 )
 
 TEST_PACKAGES=(
-    xvfb openbox picom xdotool wmctrl x11-utils trayer
+    xvfb openbox picom xdotool wmctrl x11-utils trayer desktop-file-utils
     fonts-dejavu-core clang-format
+)
+
+# What scripts/check-package.sh needs besides the build and test packages: the freedesktop
+# validators, CPack's Debian tools and a man page renderer.
+PACKAGE_CHECK_PACKAGES=(
+    desktop-file-utils appstream dpkg-dev file groff-base
 )
 
 repo_root() {

@@ -59,9 +59,9 @@ QByteArray StartAtLogin::entryText(const QString& executable) {
     return QStringLiteral("[Desktop Entry]\n"
                           "Type=Application\n"
                           "Name=Corkwheel\n"
-                          "Comment=Information panels on your desktop\n"
+                          "Comment=Show small information panels on your desktop\n"
                           "Exec=%1\n"
-                          "Icon=corkwheel\n"
+                          "Icon=io.github.corkwheel.Corkwheel\n"
                           "Terminal=false\n"
                           "X-GNOME-Autostart-enabled=true\n")
         .arg(execValue(executable))

@@ -13,6 +13,8 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Corkwheel"));
     QApplication::setApplicationName(QStringLiteral("Corkwheel"));
+    // Lets the desktop match Corkwheel's windows to its installed entry and icon.
+    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.corkwheel.Corkwheel"));
     // Closing the editor leaves the panels on the desktop.
     QApplication::setQuitOnLastWindowClosed(false);
 

@@ -1,0 +1,282 @@
+#!/usr/bin/env bash
+# Checks Corkwheel as a user installs it, from the build/ that scripts/test.sh made:
+# the files `cmake --install` puts in place pass the freedesktop validators, and the Debian
+# package CPack builds installs, starts the three starter panels on a virtual desktop,
+# hands a second start to the running Corkwheel, loads the web engine plugin for a webpage
+# panel, and is removed again. Prints "N passed, N failed" last; fails if anything failed.
+set -uo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
+root=$(repo_root)
+build_dir="$root/build"
+app_id=io.github.corkwheel.Corkwheel
+icon_sizes=(16 22 24 32 48 64 128 256 512)
+starter_panels=("Clock" "System Stats" "Uptime")
+
+passed=0
+failed=0
+# check <description> <command...>: runs the command and counts it; its output is shown
+# only when it fails.
+check() {
+    local description=$1
+    shift
+    local output
+    if output=$("$@" 2>&1); then
+        echo "PASS: $description"
+        passed=$((passed + 1))
+    else
+        echo "FAIL: $description"
+        [[ -n "$output" ]] && sed 's/^/    /' <<<"$output"
+        failed=$((failed + 1))
+    fi
+}
+
+finish() {
+    echo "$passed passed, $failed failed"
+    [[ $failed -eq 0 ]] && exit 0
+    exit 1
+}
+
+work=$(mktemp -d)
+corkwheel_pid=
+package_installed=false
+cleanup() {
+    stop_corkwheel
+    stop_virtual_desktop
+    if $package_installed; then
+        as_root env DEBIAN_FRONTEND=noninteractive apt-get purge -y -q corkwheel >/dev/null 2>&1
+    fi
+    rm -rf "$work"
+}
+trap cleanup EXIT
+trap 'exit 130' INT TERM
+
+# ---- Installed files ----------------------------------------------------------------
+
+install_missing_packages "${TEST_PACKAGES[@]}" "${PACKAGE_CHECK_PACKAGES[@]}"
+if [[ ! -f "$build_dir/CMakeCache.txt" ]]; then
+    echo "FAIL: no build in $build_dir; run scripts/test.sh first"
+    failed=1
+    finish
+fi
+# Nothing to do after scripts/test.sh; it only matters when sources changed since.
+check "the build is up to date" cmake --build "$build_dir"
+
+stage="$work/stage"
+check "cmake --install into a staging folder" \
+    env DESTDIR="$stage" cmake --install "$build_dir" --prefix /usr
+
+expected_files() {
+    echo usr/bin/corkwheel
+    echo usr/lib/corkwheel/corkwheel-webengine.so
+    echo "usr/share/applications/$app_id.desktop"
+    echo "usr/share/metainfo/$app_id.metainfo.xml"
+    echo "usr/share/icons/hicolor/scalable/apps/$app_id.svg"
+    local size
+    for size in "${icon_sizes[@]}"; do
+        echo "usr/share/icons/hicolor/${size}x${size}/apps/$app_id.png"
+    done
+    echo usr/share/man/man1/corkwheel.1.gz
+}
+
+installs_every_file() {
+    local missing=0 file
+    while read -r file; do
+        if [[ ! -f "$stage/$file" ]]; then
+            echo "missing: /$file"
+            missing=1
+        fi
+    done < <(expected_files)
+    return $missing
+}
+
+icons_have_their_sizes() {
+    local wrong=0 size
+    for size in "${icon_sizes[@]}"; do
+        local png="$stage/usr/share/icons/hicolor/${size}x${size}/apps/$app_id.png"
+        if ! file "$png" | grep ", $size x $size," >/dev/null; then
+            file "$png"
+            wrong=1
+        fi
+    done
+    return $wrong
+}
+
+# Hints (such as two main categories, which Utility;System;Monitor; has on purpose) are
+# advice; warnings and errors fail.
+desktop_entry_is_valid() {
+    local output
+    output=$(desktop-file-validate "$stage/usr/share/applications/$app_id.desktop") || {
+        echo "$output"
+        return 1
+    }
+    ! grep -E ': (error|warning):' <<<"$output"
+}
+
+man_page_renders_cleanly() {
+    local warnings
+    warnings=$(zcat "$stage/usr/share/man/man1/corkwheel.1.gz" | groff -man -ww -z 2>&1)
+    [[ -z "$warnings" ]] || {
+        echo "$warnings"
+        return 1
+    }
+}
+
+check "installs the executable, plugin, desktop entry, metainfo, icons and man page" \
+    installs_every_file
+check "each PNG icon has its size" icons_have_their_sizes
+check "desktop-file-validate passes" desktop_entry_is_valid
+check "appstreamcli validate --no-net passes" \
+    appstreamcli validate --no-net "$stage/usr/share/metainfo/$app_id.metainfo.xml"
+check "appstreamcli validate-tree --no-net passes (metainfo, desktop entry and icon agree)" \
+    appstreamcli validate-tree --no-net "$stage"
+check "the man page renders without warnings" man_page_renders_cleanly
+
+# ---- The Debian package -------------------------------------------------------------
+
+packages="$work/packages"
+mkdir -p "$packages"
+# apt-get reads a local package as its unprivileged download user.
+chmod 755 "$work" "$packages"
+check "cpack builds the .deb" \
+    cpack -G DEB --config "$build_dir/CPackConfig.cmake" -B "$packages"
+rm -rf "$packages/_CPack_Packages"
+deb=$(find "$packages" -maxdepth 1 -name 'corkwheel_*.deb' | head -n1)
+if [[ -z "$deb" ]]; then
+    echo "FAIL: no corkwheel_*.deb in $packages"
+    failed=$((failed + 1))
+    finish
+fi
+echo "Depends: $(dpkg-deb --field "$deb" Depends)"
+
+depends_on() {
+    local depends
+    depends=$(dpkg-deb --field "$deb" Depends) || return 1
+    tr ',' '\n' <<<"$depends" | sed 's/^ *//' | grep "^$1\b" >/dev/null
+}
+installs_to_usr() {
+    local contents
+    contents=$(dpkg-deb --contents "$deb") || return 1
+    grep -q ' \./usr/bin/corkwheel$' <<<"$contents" && ! grep -q ' \./usr/local/' <<<"$contents"
+}
+check "the .deb installs to /usr" installs_to_usr
+check "dpkg-shlibdeps found the Qt libraries" depends_on libqt6widgets6
+check "the .deb depends on the web engine (plugin's libraries)" depends_on libqt6webenginewidgets6
+for dependency in zsh libqt6svg6 qt6-image-formats-plugins; do
+    check "the .deb depends on $dependency" depends_on "$dependency"
+done
+
+package_installed=true
+check "apt-get installs the .deb" as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -q --reinstall --no-install-recommends "$deb"
+
+# ---- The installed Corkwheel on a virtual desktop -----------------------------------
+
+start_virtual_desktop
+
+# start_corkwheel <home> [VARIABLE=value...]: starts /usr/bin/corkwheel in the background
+# with a home and XDG folders of its own, so neither the user's panels nor a running
+# Corkwheel get in the way.
+start_corkwheel() {
+    local home=$1
+    shift
+    mkdir -p "$home/data" "$home/config" "$home/runtime"
+    chmod 700 "$home/runtime"
+    env HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" \
+        XDG_RUNTIME_DIR="$home/runtime" "$@" /usr/bin/corkwheel >"$home/corkwheel.log" 2>&1 &
+    corkwheel_pid=$!
+}
+
+stop_corkwheel() {
+    if [[ -n "$corkwheel_pid" ]]; then
+        kill "$corkwheel_pid" 2>/dev/null
+        wait "$corkwheel_pid" 2>/dev/null
+        corkwheel_pid=
+    fi
+}
+
+# within <seconds> <command...>: retries the command every 0.2 s until it succeeds.
+within() {
+    local seconds=$1
+    shift
+    local deadline=$((SECONDS + seconds))
+    until "$@" >/dev/null 2>&1; do
+        if [[ $SECONDS -ge $deadline ]]; then
+            echo "not within ${seconds} s: $*"
+            return 1
+        fi
+        sleep 0.2
+    done
+}
+
+window_is_mapped() {
+    xdotool search --onlyvisible --name "^$1\$"
+}
+
+owner_only_file() {
+    [[ -f "$1" && $(stat -c %a "$1") == 600 ]]
+}
+
+second_start_opens_the_editor() {
+    if window_is_mapped Corkwheel; then
+        echo "the editor was open before the second start"
+        return 1
+    fi
+    HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" \
+        XDG_RUNTIME_DIR="$home/runtime" timeout 15 /usr/bin/corkwheel || return 1
+    kill -0 "$corkwheel_pid" && within 10 window_is_mapped Corkwheel
+}
+
+home="$work/first-start"
+start_corkwheel "$home"
+for panel in "${starter_panels[@]}"; do
+    check "the starter panel \"$panel\" is mapped" within 20 window_is_mapped "$panel"
+done
+check "panels.json is written, readable by its owner only" \
+    within 5 owner_only_file "$home/data/Corkwheel/panels.json"
+check "a second start opens the editor of the running Corkwheel and exits" \
+    second_start_opens_the_editor
+stop_corkwheel
+
+# A webpage panel of its own, on a page from the repository, to see the installed
+# executable find its plugin in /usr/lib/corkwheel.
+webengine_is_loaded() {
+    grep -q '/usr/lib/corkwheel/corkwheel-webengine.so' "/proc/$corkwheel_pid/maps"
+}
+home="$work/webpage"
+mkdir -p "$home/data/Corkwheel"
+cat >"$home/data/Corkwheel/panels.json" <<EOF
+[{"id":"6F1C2A36-0B8E-4C43-9E43-7A4D1C7E2B10","name":"Webpage","type":"webpage",\
+"isEnabled":true,"frame":{"x":40,"y":40,"width":480,"height":320},\
+"style":{"fontName":"SFMono-Regular","fontSize":13,\
+"textColor":{"red":1,"green":1,"blue":1,"alpha":1},\
+"backgroundColor":{"red":0,"green":0,"blue":0,"alpha":0},\
+"showShadow":true,"showGlassBackground":false,"cornerRadius":16,"opacity":1,\
+"textAlignment":"leading"},"refreshInterval":300,"shellCommand":"","filePath":"",\
+"textTemplate":"","clockFormat":"","imageSource":"",\
+"webpageURL":"file://$root/docs/screenshots/sample-page.html"}]
+EOF
+# The web engine's sandbox refuses to run as root, and the virtual display has no GPU.
+web_engine_env=(QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu)
+[[ $(id -u) -eq 0 ]] && web_engine_env+=(QTWEBENGINE_DISABLE_SANDBOX=1)
+start_corkwheel "$home" "${web_engine_env[@]}"
+check "the webpage panel is mapped" within 20 window_is_mapped Webpage
+check "a webpage panel loads /usr/lib/corkwheel/corkwheel-webengine.so" \
+    within 20 webengine_is_loaded
+stop_corkwheel
+stop_virtual_desktop
+# Stopped already; the clean-up on exit must not signal those process ids again.
+# shellcheck disable=SC2034
+VIRTUAL_DESKTOP_PIDS=()
+
+# ---- Removal ------------------------------------------------------------------------
+
+removes_cleanly() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get purge -y -q corkwheel >/dev/null &&
+        ! dpkg-query -W corkwheel >/dev/null 2>&1 &&
+        [[ ! -e /usr/bin/corkwheel && ! -e /usr/lib/corkwheel ]]
+}
+check "apt-get purges the package and its files" removes_cleanly
+package_installed=false
+
+finish
