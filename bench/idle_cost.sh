@@ -2,26 +2,30 @@
 # Idle cost beside a classic desktop monitor, in one run under the same virtual desktop:
 # Corkwheel with its three starter panels, then conky configured to show the same (a clock
 # every second; CPU, memory, disks and a network graph; `uptime` every 5 s), each for the
-# same time. Prints the CPU time each used (its own and its children's) and its resident
-# memory at the end.
+# same time. Prints the CPU time each used (its own and its children's), the part of it
+# after the first 10 s (start-up over: what running costs) and its resident memory at the
+# end.
 #
-#   bench/idle_cost.sh [seconds]      (default 60; needs build/bin/corkwheel and conky)
+#   bench/idle_cost.sh [seconds]      (default 60, at least 20; needs build/bin/corkwheel and
+#                                      conky; CORKWHEEL=<path> measures another build)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(cd "$here/.." && pwd)
 source "$root/scripts/lib/common.sh"
 source "$root/scripts/lib/virtual-desktop.sh"
 seconds=${1:-60}
+corkwheel=${CORKWHEEL:-$root/build/bin/corkwheel}
 
 install_missing_packages conky-std xvfb openbox picom
-start_virtual_desktop >/dev/null
 work=$(mktemp -d)
+# Set first, so that a desktop that fails to start halfway is taken down too.
 trap 'stop_virtual_desktop; rm -rf "$work"' EXIT
+start_virtual_desktop >/dev/null
 ticks=$(getconf CLK_TCK)
 
-# CPU seconds of a process and its reaped children, from /proc/<pid>/stat.
-cpu_seconds() {
-    awk -v t="$ticks" '{ printf "%.2f", ($14 + $15 + $16 + $17) / t }' "/proc/$1/stat"
+# CPU ticks of a process: its own, then its reaped children's, from /proc/<pid>/stat.
+cpu_ticks() {
+    awk '{ print $14 + $15, $16 + $17 }' "/proc/$1/stat"
 }
 
 rss_mb() {
@@ -34,9 +38,16 @@ measure() {
     shift
     "$@" >/dev/null 2>&1 &
     local pid=$!
-    sleep "$seconds"
-    printf "%-10s CPU %6s s in %s s   resident %6s MB\n" "$label" "$(cpu_seconds "$pid")" \
-        "$seconds" "$(rss_mb "$pid")"
+    sleep 10
+    local started
+    started=$(cpu_ticks "$pid")
+    sleep $((seconds - 10))
+    local ended
+    ended=$(cpu_ticks "$pid")
+    echo "$label $started $ended $seconds $(rss_mb "$pid")" | awk -v t="$ticks" '{
+        printf "%-10s CPU %.2f s (own %.2f, children %.2f) in %d s, %.2f s after the first 10 s" \
+            "   resident %6s MB\n", $1, ($4 + $5) / t, $4 / t, $5 / t, $6,
+            ($4 + $5 - $2 - $3) / t, $7 }'
     kill "$pid"
     wait "$pid" 2>/dev/null || true
 }
@@ -44,7 +55,7 @@ measure() {
 mkdir -p "$work"/{data,config,runtime}
 chmod 700 "$work/runtime"
 measure corkwheel env XDG_DATA_HOME="$work/data" XDG_CONFIG_HOME="$work/config" \
-    XDG_RUNTIME_DIR="$work/runtime" QT_QPA_PLATFORM=xcb "$root/build/bin/corkwheel"
+    XDG_RUNTIME_DIR="$work/runtime" QT_QPA_PLATFORM=xcb "$corkwheel"
 
 cat >"$work/conky.conf" <<'CONKY'
 conky.config = {

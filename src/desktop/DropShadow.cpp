@@ -1,13 +1,10 @@
 #include "desktop/DropShadow.h"
 
-#include "desktop/DevicePixelRatio.h"
-
-#include <QPainter>
+#include "desktop/BoxBlur.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <vector>
 
 namespace corkwheel::DropShadow {
 
@@ -32,37 +29,6 @@ std::array<int, kPasses> boxWidths(double sigma) {
     return widths;
 }
 
-// One box blur of `radius` along a line of `count` values `stride` apart; outside the line
-// counts as transparent. Integer sums: this runs on every redraw of every shadowed panel.
-void blurLine(uchar* values, int count, qsizetype stride, int radius, std::vector<uchar>& line) {
-    line.resize(static_cast<size_t>(count));
-    for (int i = 0; i < count; ++i)
-        line[i] = values[i * stride];
-    const int window = 2 * radius + 1;
-    int sum = 0;
-    for (int i = 0; i < radius && i < count; ++i)
-        sum += line[i];
-    for (int i = 0; i < count; ++i) {
-        if (i + radius < count)
-            sum += line[i + radius];
-        if (i - radius - 1 >= 0)
-            sum -= line[i - radius - 1];
-        values[i * stride] = static_cast<uchar>((sum + window / 2) / window);
-    }
-}
-
-void boxBlur(QImage& alpha, const QRect& area, int radius) {
-    if (radius <= 0 || area.isEmpty())
-        return;
-    std::vector<uchar> line;
-    const qsizetype stride = alpha.bytesPerLine();
-    uchar* origin = alpha.bits() + area.top() * stride + area.left();
-    for (int y = 0; y < area.height(); ++y)
-        blurLine(origin + y * stride, area.width(), 1, radius, line);
-    for (int x = 0; x < area.width(); ++x)
-        blurLine(origin + x, area.height(), stride, radius, line);
-}
-
 // The smallest rectangle holding every pixel that is not fully transparent.
 QRect paintedArea(const QImage& alpha) {
     const int width = alpha.width();
@@ -82,62 +48,69 @@ QRect paintedArea(const QImage& alpha) {
     return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
-QImage blackFrom(const QImage& alpha, double opacity) {
-    QImage shadow(alpha.size(), QImage::Format_ARGB32_Premultiplied);
-    shadow.setDevicePixelRatio(alpha.devicePixelRatio());
+// Writes the part `area` of `alpha` into `shadow` at `to`, as black at `opacity`.
+void paintBlack(const QImage& alpha, const QRect& area, double opacity, QImage& shadow,
+                const QPoint& to) {
     const int scale = std::clamp(static_cast<int>(std::lround(opacity * 256)), 0, 256);
-    const int width = shadow.width();
-    for (int y = 0; y < shadow.height(); ++y) {
-        const uchar* from = alpha.constScanLine(y);
-        auto* to = reinterpret_cast<QRgb*>(shadow.scanLine(y));
-        for (int x = 0; x < width; ++x)
-            to[x] = qRgba(0, 0, 0, (from[x] * scale) >> 8);
+    for (int y = 0; y < area.height(); ++y) {
+        const uchar* from = alpha.constScanLine(area.top() + y) + area.left();
+        auto* into = reinterpret_cast<QRgb*>(shadow.scanLine(to.y() + y)) + to.x();
+        for (int x = 0; x < area.width(); ++x)
+            into[x] = qRgba(0, 0, 0, (from[x] * scale) >> 8);
     }
-    return shadow;
+}
+
+// Blurs `alpha` where anything was painted and as far around it as the blur reaches.
+void blurPainted(QImage& alpha, double radiusPixels) {
+    const double sigma = radiusPixels / 2.0;
+    if (sigma <= 0)
+        return;
+    const int spread = reach(radiusPixels);
+    // Only around what was painted can the blur leave anything.
+    const QRect area = paintedArea(alpha).adjusted(-spread, -spread, spread, spread) &
+                       QRect(QPoint(), alpha.size());
+    for (const int width : boxWidths(sigma))
+        BoxBlur::blur(alpha, area, (width - 1) / 2);
 }
 
 } // namespace
 
-QImage shadowOf(const QImage& image, double radiusPixels, double opacity) {
-    QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
+int reach(double radiusPixels) {
     const double sigma = radiusPixels / 2.0;
-    if (sigma > 0) {
-        const std::array<int, kPasses> widths = boxWidths(sigma);
-        int reach = 0;
-        for (const int width : widths)
-            reach += (width - 1) / 2;
-        // Only around what was painted can the blur leave anything.
-        const QRect area = paintedArea(alpha).adjusted(-reach, -reach, reach, reach) &
-                           QRect(QPoint(), alpha.size());
-        for (const int width : widths)
-            boxBlur(alpha, area, (width - 1) / 2);
-    }
-    return blackFrom(alpha, opacity);
+    if (sigma <= 0)
+        return 0;
+    int spread = 0;
+    for (const int width : boxWidths(sigma))
+        spread += (width - 1) / 2;
+    return spread;
 }
 
-void paint(QPainter& painter, const QRectF& area, bool visible,
-           const std::function<void(QPainter&)>& content) {
-    if (!visible) {
-        content(painter);
-        return;
-    }
-    if (area.isEmpty())
-        return;
-    const double ratio = paintRatio(painter);
-    QImage layer(static_cast<int>(std::ceil(area.width() * ratio)),
-                 static_cast<int>(std::ceil(area.height() * ratio)),
-                 QImage::Format_ARGB32_Premultiplied);
-    layer.setDevicePixelRatio(ratio);
-    layer.fill(Qt::transparent);
-    {
-        QPainter layerPainter(&layer);
-        layerPainter.setRenderHints(painter.renderHints());
-        layerPainter.translate(-area.topLeft());
-        content(layerPainter);
-    }
-    painter.drawImage(area.topLeft() + QPointF(0, kOffsetY),
-                      shadowOf(layer, kRadius * ratio, kOpacity));
-    painter.drawImage(area.topLeft(), layer);
+QImage shadowOf(const QImage& image, double radiusPixels, double opacity) {
+    QImage alpha = image.convertToFormat(QImage::Format_Alpha8);
+    blurPainted(alpha, radiusPixels);
+    QImage shadow(alpha.size(), QImage::Format_ARGB32_Premultiplied);
+    shadow.setDevicePixelRatio(alpha.devicePixelRatio());
+    paintBlack(alpha, alpha.rect(), opacity, shadow, QPoint());
+    return shadow;
+}
+
+// A shadow pixel depends only on the image within the blur's reach of it. So the shadow
+// around the change, up to the reach, is blurred from the image up to twice the reach,
+// and blurring that piece on its own gives those pixels exactly their values in the whole.
+QRect updateShadow(QImage& shadow, const QImage& image, const QRect& changed, double radiusPixels,
+                   double opacity) {
+    const int spread = reach(radiusPixels);
+    const QRect bounds = image.rect();
+    const QRect rewritten = changed.adjusted(-spread, -spread, spread, spread) & bounds;
+    if (rewritten.isEmpty())
+        return {};
+    const QRect source =
+        changed.adjusted(-2 * spread, -2 * spread, 2 * spread, 2 * spread) & bounds;
+    QImage alpha = image.copy(source).convertToFormat(QImage::Format_Alpha8);
+    blurPainted(alpha, radiusPixels);
+    paintBlack(alpha, rewritten.translated(-source.topLeft()), opacity, shadow,
+               rewritten.topLeft());
+    return rewritten;
 }
 
 } // namespace corkwheel::DropShadow

@@ -1,11 +1,7 @@
 #pragma once
 
 #include <QImage>
-#include <QRectF>
-
-#include <functional>
-
-class QPainter;
+#include <QRect>
 
 namespace corkwheel::DropShadow {
 
@@ -15,15 +11,18 @@ inline constexpr double kOpacity = 0.6;
 inline constexpr double kRadius = 3;
 inline constexpr double kOffsetY = 1;
 
-// Paints `content` within `area` and, when `visible`, the shadow of what it painted beneath
-// it. The content is first painted into a buffer at the painter's device pixel ratio,
-// whose alpha becomes the shadow; without a shadow it is painted straight onto `painter`.
-void paint(QPainter& painter, const QRectF& area, bool visible,
-           const std::function<void(QPainter&)>& content);
-
 // The shadow of `image`: its alpha blurred (a Gaussian whose standard deviation is half of
 // `radiusPixels`, made of three box blurs), as black at `opacity`. Same size and device
 // pixel ratio as `image`.
 QImage shadowOf(const QImage& image, double radiusPixels, double opacity);
+
+// How many pixels beyond a pixel the blur of `radiusPixels` spreads it.
+int reach(double radiusPixels);
+
+// Brings `shadow`, the shadow `shadowOf` made of `image`, up to date after `image` changed
+// within `changed` (pixels). Only the shadow around the change is blurred again; it comes
+// out exactly as `shadowOf` would make it. Returns the pixels of `shadow` rewritten.
+QRect updateShadow(QImage& shadow, const QImage& image, const QRect& changed, double radiusPixels,
+                   double opacity);
 
 } // namespace corkwheel::DropShadow

@@ -27,6 +27,19 @@ QString summaryHelp() {
     return QStringLiteral("Resize the panel to see all disks");
 }
 
+// A panel that only moved looks the same: the window system moves the window's pixels
+// along, so a drag among hundreds of panels repaints none of them.
+bool looksTheSame(const Panel& a, const Panel& b) {
+    Panel moved = b;
+    moved.frame.x = a.frame.x;
+    moved.frame.y = a.frame.y;
+    return moved == a;
+}
+
+bool hasShadowedBody(PanelType type) {
+    return type != PanelType::Image && type != PanelType::Webpage;
+}
+
 } // namespace
 
 PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
@@ -35,15 +48,21 @@ PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
     connect(&runner, &PanelRunner::textOutputChanged, this, &PanelContentView::redrawIfTextChanged);
     connect(&runner, &PanelRunner::isRunningChanged, this, &PanelContentView::redrawIfTextChanged);
     connect(&runner, &PanelRunner::imageChanged, this, redraw);
-    connect(&runner, &PanelRunner::statsChanged, this, redraw);
-    connect(&runner, &PanelRunner::networkHistoryChanged, this, redraw);
+    connect(&runner, &PanelRunner::statsChanged, this, &PanelContentView::bodyChanged);
+    connect(&runner, &PanelRunner::networkHistoryChanged, this, &PanelContentView::bodyChanged);
     connect(&runner, &PanelRunner::webPageCreated, this, [this] { syncWebView(); });
 }
 
 void PanelContentView::setPanel(const Panel& panel) {
+    const bool same = looksTheSame(m_panel, panel);
     m_panel = panel;
     m_requestedText = displayedText();
     syncWebView();
+    if (same)
+        return;
+    m_bodyOutdated = true;
+    if (!hasShadowedBody(panel.type))
+        m_bodyLayer.clear();
     update();
 }
 
@@ -54,7 +73,45 @@ void PanelContentView::redrawIfTextChanged() {
     if (text == m_requestedText)
         return;
     m_requestedText = text;
-    update();
+    bodyChanged();
+}
+
+// A refresh of the statistics brings two readings, one after the other: the body is drawn
+// again once, after both.
+void PanelContentView::bodyChanged() {
+    if (!hasShadowedBody(m_panel.type)) {
+        update();
+        return;
+    }
+    m_bodyOutdated = true;
+    if (m_bodyRedrawQueued)
+        return;
+    m_bodyRedrawQueued = true;
+    QMetaObject::invokeMethod(this, &PanelContentView::redrawChangedBody, Qt::QueuedConnection);
+}
+
+// Drawn again ahead of the paint, the body tells what changed, and only that is repainted
+// and handed to the window system: a clock's tick is a few digits, not the whole panel.
+void PanelContentView::redrawChangedBody() {
+    m_bodyRedrawQueued = false;
+    if (!m_bodyOutdated)
+        return;
+    const double ratio = devicePixelRatioF();
+    if (!isVisible() || clampedOpacity(m_panel.style.opacity) <= 0 ||
+        !m_bodyLayer.holds(size(), ratio, m_panel.style.showShadow)) {
+        // Drawn in full by the next paint, if any.
+        update();
+        return;
+    }
+    const QRegion changed = redrawBody(ratio);
+    if (!changed.isEmpty())
+        update(changed);
+}
+
+QRegion PanelContentView::redrawBody(double ratio) {
+    m_bodyOutdated = false;
+    return m_bodyLayer.redraw(size(), ratio, m_panel.style.showShadow,
+                              [this](QPainter& painter) { drawBody(painter); });
 }
 
 const Panel& PanelContentView::panel() const {
@@ -103,6 +160,7 @@ bool PanelContentView::event(QEvent* event) {
 
 void PanelContentView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    m_bodyOutdated = true;
     syncWebView();
 }
 
@@ -147,13 +205,11 @@ void PanelContentView::paintBody(QPainter& painter, const QRectF& rect) {
     case PanelType::File:
     case PanelType::Text:
     case PanelType::Clock:
-        TextBody::paint(painter, rect, displayedText(), m_panel.style);
+    case PanelType::SystemStats:
+        paintShadowedBody(painter);
         break;
     case PanelType::Image:
         m_imageBody.paint(painter, rect, m_runner.image(), m_panel.style);
-        break;
-    case PanelType::SystemStats:
-        paintStatistics(painter, rect);
         break;
     case PanelType::Webpage:
         paintWeb(painter, rect);
@@ -161,9 +217,22 @@ void PanelContentView::paintBody(QPainter& painter, const QRectF& rect) {
     }
 }
 
-void PanelContentView::paintStatistics(QPainter& painter, const QRectF& rect) {
+void PanelContentView::paintShadowedBody(QPainter& painter) {
+    const double ratio = paintRatio(painter);
+    if (m_bodyOutdated || !m_bodyLayer.holds(size(), ratio, m_panel.style.showShadow))
+        redrawBody(ratio);
+    m_bodyLayer.paint(painter, QPointF());
+}
+
+// The text or the statistics, without the shadow, which the layer adds.
+void PanelContentView::drawBody(QPainter& painter) {
+    const QRectF bounds(rect());
+    if (m_panel.type != PanelType::SystemStats) {
+        TextBody::paint(painter, bounds, displayedText(), m_panel.style);
+        return;
+    }
     const StatsLayout layout = statsLayout();
-    StatisticsBody::paint(painter, rect, layout, m_runner.networkHistory(), m_panel.style);
+    StatisticsBody::paint(painter, bounds, layout, m_runner.networkHistory(), m_panel.style);
     remember(layout);
 }
 
@@ -174,6 +243,7 @@ void PanelContentView::remember(const StatsLayout& layout) {
         return;
     m_measuredRowHeight = layout.rowHeight;
     m_measuredNetworkHeight = layout.networkHeight;
+    m_bodyOutdated = true;
     update();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/ImageBody.h"
+#include "desktop/ShadowedLayer.h"
 #include "desktop/StatsLayout.h"
 #include "desktop/WebBody.h"
 #include "model/Panel.h"
@@ -52,11 +53,15 @@ protected:
 private:
     void paintContent(QPainter& painter);
     void paintBody(QPainter& painter, const QRectF& rect);
-    void paintStatistics(QPainter& painter, const QRectF& rect);
+    void paintShadowedBody(QPainter& painter);
+    void drawBody(QPainter& painter);
     void paintWeb(QPainter& painter, const QRectF& rect);
     void remember(const StatsLayout& layout);
     void syncWebView();
     void redrawIfTextChanged();
+    void bodyChanged();
+    void redrawChangedBody();
+    QRegion redrawBody(double ratio);
 
     PanelRunner& m_runner;
     // The text last asked to be drawn: a refresh that brings the same text costs no redraw.
@@ -64,6 +69,11 @@ private:
     Panel m_panel;
     double m_measuredRowHeight = 0;
     double m_measuredNetworkHeight = 0;
+    // The text or statistics with their shadow, as last drawn; outdated when the runner or
+    // the panel changed since.
+    ShadowedLayer m_bodyLayer;
+    bool m_bodyOutdated = true;
+    bool m_bodyRedrawQueued = false;
     ImageBody m_imageBody;
     WebBody m_webBody;
 };

@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QHash>
 
 #include <algorithm>
 #include <cmath>
@@ -14,23 +15,43 @@ namespace {
 constexpr double kCaptionScale = 0.85;
 constexpr double kSmallCaptionScale = 0.75;
 
+int pixelSizeFor(double size) {
+    const double finite = std::isfinite(size) ? size : 1.0;
+    return std::max(1, static_cast<int>(std::lround(std::clamp(finite, 1.0, 4096.0))));
+}
+
+QFont resolveStyleFont(const QString& family, int pixelSize) {
+    QFont font = QFontDatabase::hasFamily(family)
+                     ? QFont(family)
+                     : QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(pixelSize);
+    return font;
+}
+
 } // namespace
 
 void setSize(QFont& font, double size) {
-    const double finite = std::isfinite(size) ? size : 1.0;
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround(std::clamp(finite, 1.0, 4096.0)))));
+    font.setPixelSize(pixelSizeFor(size));
 }
 
 double sizeOf(const QFont& font) {
     return font.pixelSize() > 0 ? font.pixelSize() : QFontInfo(font).pixelSize();
 }
 
+// Finding a family runs fontconfig's alias substitution, and a font made afresh looks its
+// glyphs' engine up again for every measurement; together they took a good part of every
+// redraw of a ticking clock. So each family and size is resolved once, and copies of that
+// font, which share what it has looked up, are handed out until the application's fonts
+// change, which it announces.
 QFont styleFont(const QString& family, double size) {
-    QFont font = QFontDatabase::hasFamily(family)
-                     ? QFont(family)
-                     : QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    setSize(font, size);
-    return font;
+    static QHash<std::pair<QString, int>, QFont> resolved;
+    static const QMetaObject::Connection forget =
+        QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, [] { resolved.clear(); });
+    const std::pair<QString, int> key(family, pixelSizeFor(size));
+    const auto found = resolved.constFind(key);
+    if (found != resolved.constEnd())
+        return *found;
+    return *resolved.insert(key, resolveStyleFont(family, key.second));
 }
 
 QFont systemFont(double size, QFont::Weight weight) {

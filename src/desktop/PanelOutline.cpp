@@ -12,6 +12,8 @@ PanelOutline::PanelOutline(QWidget* parent) : QWidget(parent) {
 }
 
 void PanelOutline::setCornerRadius(double radius) {
+    if (radius == m_cornerRadius)
+        return;
     m_cornerRadius = radius;
     update();
 }

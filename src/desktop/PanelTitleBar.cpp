@@ -18,6 +18,10 @@ PanelTitleBar::PanelTitleBar(QWidget* parent) : DragArea(parent) {
 
 void PanelTitleBar::setContent(const QString& name, const QString& symbolName, double cornerRadius,
                                double panelHeight) {
+    if (name == m_name && symbolName == m_symbolName && cornerRadius == m_cornerRadius &&
+        panelHeight == m_panelHeight) {
+        return;
+    }
     m_name = name;
     m_symbolName = symbolName;
     m_cornerRadius = cornerRadius;

@@ -1,6 +1,5 @@
 #include "desktop/StatisticsBody.h"
 
-#include "desktop/DropShadow.h"
 #include "desktop/NetworkGraphView.h"
 #include "desktop/PanelColors.h"
 
@@ -27,15 +26,13 @@ void paintSummary(QPainter& painter, const StatsLayout& layout, const QColor& co
 void paint(QPainter& painter, const QRectF& rect, const StatsLayout& layout,
            const QList<NetworkSample>& history, const PanelStyle& style) {
     const QColor color = PanelColors::toQColor(style.textColor);
-    DropShadow::paint(painter, rect, style.showShadow, [&](QPainter& content) {
-        content.save();
-        content.setClipRect(rect);
-        for (const StatsLayout::Row& row : layout.rows)
-            row.row.paint(content, row.rect, layout.font, color);
-        paintSummary(content, layout, color);
-        NetworkGraphView(history, color).paint(content, layout.graphRect, layout.font, color);
-        content.restore();
-    });
+    painter.save();
+    painter.setClipRect(rect);
+    for (const StatsLayout::Row& row : layout.rows)
+        row.row.paint(painter, row.rect, layout.font, color);
+    paintSummary(painter, layout, color);
+    NetworkGraphView(history, color).paint(painter, layout.graphRect, layout.font, color);
+    painter.restore();
 }
 
 } // namespace corkwheel::StatisticsBody

@@ -15,7 +15,8 @@ namespace corkwheel::StatisticsBody {
 inline constexpr double kSummaryOpacity = 0.5;
 
 // Draws a system-stats panel's rows, summary line and network graph as `layout` placed
-// them, in the style's text colour, with the style's shadow. `rect` is the whole panel.
+// them, in the style's text colour. `rect` is the whole panel. The shadow is the caller's
+// to add.
 void paint(QPainter& painter, const QRectF& rect, const StatsLayout& layout,
            const QList<NetworkSample>& history, const PanelStyle& style);
 

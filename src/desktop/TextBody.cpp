@@ -1,6 +1,5 @@
 #include "desktop/TextBody.h"
 
-#include "desktop/DropShadow.h"
 #include "desktop/PanelColors.h"
 #include "desktop/PanelFonts.h"
 
@@ -149,21 +148,18 @@ void paint(QPainter& painter, const QRectF& rect, const QString& text, const Pan
         return;
     const QFont font = PanelFonts::styleFont(style.fontName, style.fontSize);
     const QString shown = visiblePart(text, font, inner.size());
-    const QColor color = PanelColors::toQColor(style.textColor);
-    DropShadow::paint(painter, rect, style.showShadow, [&](QPainter& content) {
-        content.save();
-        content.setFont(font);
-        content.setPen(color);
-        LineWriter writer{content, font, inner, alignmentOf(style.textAlignment), inner.top()};
-        const QStringList paragraphs = shown.split(u'\n');
-        const bool truncated = shown.size() < text.size();
-        for (qsizetype i = 0; i < paragraphs.size(); ++i) {
-            const bool moreFollows = i + 1 < paragraphs.size() || truncated;
-            if (!writer.writeParagraph(paragraphs[i], moreFollows))
-                break;
-        }
-        content.restore();
-    });
+    painter.save();
+    painter.setFont(font);
+    painter.setPen(PanelColors::toQColor(style.textColor));
+    LineWriter writer{painter, font, inner, alignmentOf(style.textAlignment), inner.top()};
+    const QStringList paragraphs = shown.split(u'\n');
+    const bool truncated = shown.size() < text.size();
+    for (qsizetype i = 0; i < paragraphs.size(); ++i) {
+        const bool moreFollows = i + 1 < paragraphs.size() || truncated;
+        if (!writer.writeParagraph(paragraphs[i], moreFollows))
+            break;
+    }
+    painter.restore();
 }
 
 } // namespace corkwheel::TextBody

@@ -26,8 +26,8 @@ double padding(const PanelStyle& style);
 QString visiblePart(const QString& text, const QFont& font, const QSizeF& size);
 
 // Draws `text` into the panel `rect`: in the style's font, colour and alignment, wrapped to
-// the width, inside the padding, with the style's shadow. Lines that don't fit are left
-// out, and the last line shown ends in "…" when some are.
+// the width, inside the padding. Lines that don't fit are left out, and the last line shown
+// ends in "…" when some are. The shadow is the caller's to add.
 void paint(QPainter& painter, const QRectF& rect, const QString& text, const PanelStyle& style);
 
 } // namespace corkwheel::TextBody

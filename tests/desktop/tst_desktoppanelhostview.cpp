@@ -43,6 +43,21 @@ std::function<bool(QColor)> accent() {
     return near(Theme::accent(), 30);
 }
 
+// Counts the paint events that a widget and its children receive.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) {
+        widget.installEventFilter(this);
+        for (QWidget* child : widget.findChildren<QWidget*>())
+            child->installEventFilter(this);
+    }
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 void addRatios() {
     QTest::addColumn<double>("ratio");
     QTest::newRow("ratio 1") << 1.0;
@@ -227,6 +242,27 @@ private Q_SLOTS:
         QCOMPARE(moveEnded.count(), 1);
         QCOMPARE(resized.count(), 0);
         QCOMPARE(resizeEnded.count(), 1);
+    }
+
+    void panelThatOnlyMovedIsNotRepainted() {
+        Panel panel = panelNamed(QStringLiteral("Moving"));
+        DesktopPanelHostView& view = host(panel, true);
+        PaintCounter paints(view);
+        view.show();
+        QTRY_VERIFY(paints.count > 0);
+        QTest::qWait(50);
+        const int before = paints.count;
+
+        // What a drag step hands over: the same panel somewhere else.
+        panel.frame.x += 40;
+        panel.frame.y += 25;
+        view.setPanel(panel, true);
+        QTest::qWait(50);
+        QCOMPARE(paints.count, before);
+
+        panel.name = QStringLiteral("Renamed");
+        view.setPanel(panel, true);
+        QTRY_VERIFY(paints.count > before);
     }
 
     void chromeExplainsItselfOnHover() {

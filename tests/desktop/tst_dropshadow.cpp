@@ -1,6 +1,7 @@
 #include "ViewTesting.h"
 
 #include "desktop/DropShadow.h"
+#include "desktop/ShadowedLayer.h"
 
 #include <QTest>
 
@@ -9,12 +10,18 @@ using namespace corkwheel::test;
 
 namespace {
 
+// `content` in a 40 by 30 point layer, with or without its shadow.
+QImage paintLayer(double ratio, bool shadow, const ShadowedLayer::Drawing& content) {
+    ShadowedLayer layer;
+    layer.redraw(QSize(40, 30), ratio, shadow, content);
+    return paintImage(QSizeF(40, 30), ratio,
+                      [&](QPainter& painter) { layer.paint(painter, QPointF()); });
+}
+
 // A white bar 20 points wide and 4 high at (10, 10), with or without its shadow.
 QImage paintBar(double ratio, bool shadow) {
-    return paintImage(QSizeF(40, 30), ratio, [&](QPainter& painter) {
-        DropShadow::paint(painter, QRectF(0, 0, 40, 30), shadow, [](QPainter& content) {
-            content.fillRect(QRectF(10, 10, 20, 4), Qt::white);
-        });
+    return paintLayer(ratio, shadow, [](QPainter& content) {
+        content.fillRect(QRectF(10, 10, 20, 4), Qt::white);
     });
 }
 
@@ -61,14 +68,26 @@ private Q_SLOTS:
 
     void contentKeepsTheDeviceResolution() {
         // A line one device pixel high stays one device pixel high at ratio 2.
-        const QImage image = paintImage(QSizeF(40, 30), 2, [](QPainter& painter) {
-            DropShadow::paint(painter, QRectF(0, 0, 40, 30), true, [](QPainter& content) {
-                content.fillRect(QRectF(10, 10, 20, 0.5), Qt::white);
-            });
+        const QImage image = paintLayer(2, true, [](QPainter& content) {
+            content.fillRect(QRectF(10, 10, 20, 0.5), Qt::white);
         });
         QCOMPARE(image.pixelColor(40, 20), QColor(Qt::white));
         QVERIFY(image.pixelColor(40, 21).alpha() < 255);
         QVERIFY(image.pixelColor(40, 21) != QColor(Qt::white));
+    }
+
+    void shadowBroughtUpToDateIsTheShadowOfTheWholeImage() {
+        QImage image(60, 40, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter(&image).fillRect(QRect(10, 10, 20, 4), Qt::white);
+        QImage shadow = DropShadow::shadowOf(image, 6, 0.6);
+        // A second bar, close enough for both shadows to meet.
+        const QRect changed(28, 16, 10, 3);
+        QPainter(&image).fillRect(changed, Qt::white);
+        const QRect rewritten = DropShadow::updateShadow(shadow, image, changed, 6, 0.6);
+        QCOMPARE(shadow, DropShadow::shadowOf(image, 6, 0.6));
+        QVERIFY(rewritten.contains(changed));
+        QVERIFY(!rewritten.contains(QPoint(10, 10)));
     }
 
     void shadowOfAnEmptyImageIsEmpty() {

@@ -19,16 +19,19 @@ using namespace corkwheel::test;
 
 namespace {
 
-// Counts the paint events a widget receives.
+// Counts the paint events a widget receives, and keeps the area the last one repainted.
 class PaintCounter : public QObject {
 public:
     explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
+        if (event->type() == QEvent::Paint) {
             ++count;
+            lastArea = static_cast<QPaintEvent*>(event)->region();
+        }
         return false;
     }
     int count = 0;
+    QRegion lastArea;
 };
 
 const QColor kRed(255, 0, 0);
@@ -135,6 +138,69 @@ private Q_SLOTS:
 
         panel.textTemplate = QStringLiteral("changed");
         m_runner->apply(panel);
+        QTRY_VERIFY(paints.count > before);
+    }
+
+    void changedTextRepaintsOnlyWhatChanged() {
+        Panel panel = textPanel(QStringLiteral("Count 1"));
+        panel.style.showShadow = true;
+        PanelContentView& view = show(panel);
+        PaintCounter paints(view);
+        view.show();
+        QTRY_VERIFY(paints.count > 0);
+        QTest::qWait(50);
+        const int before = paints.count;
+
+        panel.textTemplate = QStringLiteral("Count 2");
+        m_runner->apply(panel);
+        QTRY_COMPARE(paints.count, before + 1);
+        // The last character and its shadow, not the panel nor the line.
+        const QRect repainted = paints.lastArea.boundingRect();
+        QVERIFY2(repainted.left() > 30 && repainted.width() < 30 && repainted.height() < 40,
+                 qPrintable(QStringLiteral("%1 %2 %3 %4")
+                                .arg(repainted.x())
+                                .arg(repainted.y())
+                                .arg(repainted.width())
+                                .arg(repainted.height())));
+        QTest::qWait(50);
+        QCOMPARE(paints.count, before + 1);
+
+        // What shows is what a panel showing the new text from the start shows.
+        const QImage updated = renderView(1);
+        show(panel);
+        QCOMPARE(updated, renderView(1));
+    }
+
+    void newTextColourIsDrawnInIt() {
+        Panel panel = textPanel(QStringLiteral("HELLO"));
+        panel.style.textColor = codable(kRed);
+        panel.style.showShadow = true;
+        show(panel);
+        QVERIFY(countPixels(renderView(1), QRectF(0, 0, 200, 100), near(kRed)) > 10);
+        panel.style.textColor = codable(kBlue);
+        m_view->setPanel(panel);
+        const QImage image = renderView(1);
+        QVERIFY(countPixels(image, QRectF(0, 0, 200, 100), near(kBlue)) > 10);
+        QCOMPARE(countPixels(image, QRectF(0, 0, 200, 100), near(kRed, 100, 1)), 0);
+    }
+
+    void movedPanelIsNotRepainted() {
+        Panel panel = textPanel(QStringLiteral("HELLO"));
+        PanelContentView& view = show(panel);
+        PaintCounter paints(view);
+        view.show();
+        QTRY_VERIFY(paints.count > 0);
+        QTest::qWait(50);
+        const int before = paints.count;
+
+        panel.frame.x += 30;
+        panel.frame.y += 20;
+        view.setPanel(panel);
+        QTest::qWait(50);
+        QCOMPARE(paints.count, before);
+
+        panel.style.fontSize += 4;
+        view.setPanel(panel);
         QTRY_VERIFY(paints.count > before);
     }
 

@@ -27,6 +27,21 @@ Panel statsPanel(double height, double width = 260) {
     return panel;
 }
 
+// Counts the paint events a widget receives, and keeps the area the last one repainted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            ++count;
+            lastArea = static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+    int count = 0;
+    QRegion lastArea;
+};
+
 QStringList labelsOf(const StatsLayout& layout) {
     QStringList labels;
     for (const StatsLayout::Row& row : layout.rows)
@@ -262,6 +277,29 @@ private Q_SLOTS:
         const QRectF canvas = NetworkGraphView::canvasRect(layout.graphRect, layout.font);
         QVERIFY(countPixels(image, canvas, near(kYellow)) > 20);
         QVERIFY(countPixels(image, QRectF(canvas.right() - 3, canvas.top(), 3, 3), isVisible) > 0);
+    }
+
+    void refreshIsRepaintedOnceAndOnlyWhereReadingsChanged() {
+        m_machine->setNextCpuUsage(250);
+        Panel panel = statsPanel(heightFor(0));
+        panel.style.showShadow = true;
+        PanelContentView& view = show(panel);
+        PaintCounter paints(view);
+        view.show();
+        QTRY_VERIFY(paints.count >= 2);
+        QTest::qWait(50);
+        const int before = paints.count;
+
+        m_machine->setNextCpuUsage(750);
+        m_runner->refreshNow();
+        QTRY_COMPARE(paints.count, before + 1);
+        QTest::qWait(50);
+        QCOMPARE(paints.count, before + 1);
+        const StatsLayout layout = view.statsLayout();
+        QCOMPARE(layout.rows[0].row.detail, QStringLiteral("75%"));
+        QVERIFY(paints.lastArea.intersects(layout.rows[0].rect.toRect()));
+        // Memory reads as before.
+        QVERIFY(!paints.lastArea.intersects(layout.rows[1].rect.adjusted(0, 3, 0, -3).toRect()));
     }
 
     void shadowFollowsTheStyle() {
