@@ -15,7 +15,7 @@ class ColorWell : public QAbstractButton {
 public:
     explicit ColorWell(QWidget* parent = nullptr);
 
-    // Shows `color` without announcing it: the colour comes from the record.
+    // Shows `color` without announcing it: the colour comes from the stored panel.
     void display(const CodableColor& color);
     QColor color() const { return m_color; }
 

@@ -41,7 +41,7 @@ constexpr double kMaxCornerRadius = 40;
 constexpr double kMinOpacity = 0.1;
 constexpr double kMaxOpacity = 1.0;
 
-// The record's string that the Source section edits for `type`; none for system stats.
+// The panel's string that the source rows edit for `type`; none for system stats.
 using SourceString = QString Panel::*;
 
 SourceString sourceStringOf(PanelType type) {
@@ -254,7 +254,8 @@ void InspectorView::buildSourceRows(PanelType type) {
     case PanelType::Webpage:
         addSourceLine(QStringLiteral("URL"), QStringLiteral("urlField"), false,
                       QStringLiteral("example.com"));
-        // The refresh stepper is in the General section, above; the note still says below.
+        // Users know this note as it reads, "below" included, though the refresh stepper
+        // sits above it, in General.
         addSourceNote(QStringLiteral("Reloads automatically at the refresh interval below."));
         break;
     }

@@ -95,7 +95,7 @@ private:
 
     QFormLayout* m_sourceForm = nullptr;
     std::optional<PanelType> m_sourceType;
-    // The record's string that the Source section edits; none for system stats.
+    // The panel's string that the source rows edit; none for system stats.
     QString Panel::*m_sourceString = nullptr;
     QLineEdit* m_sourceLine = nullptr;
     GrowingTextEdit* m_sourceText = nullptr;

@@ -25,7 +25,7 @@ public:
     StepperLabel(const QString& format, double minimum, double maximum, double step,
                  QWidget* parent = nullptr);
 
-    // Shows `value` without announcing it: the value comes from the record.
+    // Shows `value` without announcing it: the value comes from the stored panel.
     void setValue(double value);
     double value() const { return m_value; }
     QString text() const;

@@ -130,7 +130,7 @@ private Q_SLOTS:
         for (FormSection* section : sections) {
             auto* header = section->findChild<QLabel*>(QStringLiteral("sectionHeader"));
             QCOMPARE(header->text(), section->title());
-            // Shown as written: the ampersand is no shortcut marker.
+            // "Position & Size" keeps its ampersand: plain text, no shortcut marker.
             QCOMPARE(header->textFormat(), Qt::PlainText);
             QVERIFY(header->isVisible());
             titles << section->title();
