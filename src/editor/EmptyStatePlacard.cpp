@@ -1,6 +1,7 @@
 #include "editor/EmptyStatePlacard.h"
 
-#include "desktop/Symbols.h"
+#include "editor/SecondaryText.h"
+#include "editor/SymbolBox.h"
 
 #include <QLabel>
 #include <QPalette>
@@ -12,20 +13,13 @@ namespace {
 
 constexpr int kSymbolSize = 48;
 
-QColor dimmed(const QWidget& widget) {
-    return widget.palette().color(QPalette::Disabled, QPalette::WindowText);
-}
-
 } // namespace
 
 EmptyStatePlacard::EmptyStatePlacard(QWidget* parent) : QWidget(parent) {
-    auto* symbol = new QLabel(this);
+    auto* symbol = new SymbolBox(kSymbolSize, kSymbolSize, this);
     symbol->setObjectName(QStringLiteral("placardSymbol"));
-    const double ratio = devicePixelRatioF();
-    QImage image = Symbols::tinted(QStringLiteral("rectangle.on.rectangle"),
-                                   QSizeF(kSymbolSize, kSymbolSize), ratio, dimmed(*this));
-    symbol->setPixmap(QPixmap::fromImage(image));
-    symbol->setAlignment(Qt::AlignCenter);
+    symbol->setSymbol(QStringLiteral("rectangle.on.rectangle"),
+                      SecondaryText::dimmed(palette().color(QPalette::WindowText)));
 
     auto* title = new QLabel(tr("No Panel Selected"), this);
     title->setObjectName(QStringLiteral("placardTitle"));
@@ -37,15 +31,13 @@ EmptyStatePlacard::EmptyStatePlacard(QWidget* parent) : QWidget(parent) {
 
     auto* description = new QLabel(tr("Choose a panel from the sidebar, or add a new one."), this);
     description->setObjectName(QStringLiteral("placardDescription"));
-    QPalette palette = description->palette();
-    palette.setColor(QPalette::WindowText, dimmed(*this));
-    description->setPalette(palette);
+    SecondaryText::apply(*description);
     description->setAlignment(Qt::AlignCenter);
     description->setWordWrap(true);
 
     auto* layout = new QVBoxLayout(this);
     layout->addStretch();
-    layout->addWidget(symbol);
+    layout->addWidget(symbol, 0, Qt::AlignHCenter);
     layout->addWidget(title);
     layout->addWidget(description);
     layout->addStretch();

@@ -3,6 +3,7 @@
 #include "desktop/PanelFonts.h"
 #include "editor/ElidedLabel.h"
 #include "editor/MiniSwitch.h"
+#include "editor/SecondaryText.h"
 #include "editor/SymbolBox.h"
 #include "model/PanelStore.h"
 
@@ -15,14 +16,6 @@
 namespace corkwheel {
 
 namespace {
-
-// Secondary text is the primary text colour, dimmed.
-constexpr double kSecondaryAlpha = 0.55;
-
-QColor dimmed(QColor color) {
-    color.setAlphaF(static_cast<float>(kSecondaryAlpha));
-    return color;
-}
 
 template <typename Label> Label* makeLabel(const QString& objectName, QWidget* parent) {
     auto* label = new Label(parent);
@@ -97,9 +90,9 @@ void PanelRow::applyColors() {
     namePalette.setColor(QPalette::WindowText, text);
     m_name->setPalette(namePalette);
     QPalette typePalette = m_type->palette();
-    typePalette.setColor(QPalette::WindowText, dimmed(text));
+    typePalette.setColor(QPalette::WindowText, SecondaryText::dimmed(text));
     m_type->setPalette(typePalette);
-    m_symbol->setSymbol(symbolName(m_panel.type), dimmed(text));
+    m_symbol->setSymbol(symbolName(m_panel.type), SecondaryText::dimmed(text));
 }
 
 void PanelRow::changeEvent(QEvent* event) {

@@ -7,13 +7,16 @@
 
 namespace corkwheel::SecondaryText {
 
+QColor dimmed(QColor color) {
+    color.setAlphaF(static_cast<float>(color.alphaF() * kOpacity));
+    return color;
+}
+
 void apply(QWidget& widget) {
     QPalette palette = widget.palette();
-    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
-        QColor color = palette.color(group, QPalette::WindowText);
-        color.setAlphaF(color.alphaF() * kOpacity);
-        palette.setColor(group, QPalette::WindowText, color);
-    }
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        palette.setColor(group, QPalette::WindowText,
+                         dimmed(palette.color(group, QPalette::WindowText)));
     widget.setPalette(palette);
 }
 

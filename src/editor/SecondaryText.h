@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 
 class QLabel;
@@ -9,6 +10,9 @@ namespace corkwheel::SecondaryText {
 
 // How much of the text colour the form's secondary texts keep.
 inline constexpr double kOpacity = 0.55;
+
+// `color` dimmed to the secondary style.
+QColor dimmed(QColor color);
 
 // Dims the text of `widget` to the form's secondary style.
 void apply(QWidget& widget);

@@ -3,6 +3,7 @@
 #include "desktop/PanelFonts.h"
 #include "editor/AddPanelButton.h"
 #include "editor/PanelRow.h"
+#include "editor/SecondaryText.h"
 #include "model/PanelStore.h"
 
 #include <QKeyEvent>
@@ -23,18 +24,13 @@ constexpr int kIdRole = Qt::UserRole;
 constexpr int kHeaderLeading = 12;
 constexpr int kHeaderTop = 10;
 constexpr int kHeaderBottom = 4;
-constexpr double kHeaderAlpha = 0.55;
 
 QLabel* makeHeader(QWidget* parent) {
     auto* header = new QLabel(QStringLiteral("Panels"), parent);
     header->setObjectName(QStringLiteral("panelsHeader"));
     header->setFont(PanelFonts::systemFont(PanelFonts::caption().pixelSize(), QFont::DemiBold));
     header->setContentsMargins(kHeaderLeading, kHeaderTop, kHeaderLeading, kHeaderBottom);
-    QPalette palette = header->palette();
-    QColor dimmed = palette.color(QPalette::WindowText);
-    dimmed.setAlphaF(static_cast<float>(kHeaderAlpha));
-    palette.setColor(QPalette::WindowText, dimmed);
-    header->setPalette(palette);
+    SecondaryText::apply(*header);
     return header;
 }
 
