@@ -2,11 +2,11 @@
 
 #include "app/AppSettings.h"
 #include "app/StartAtLogin.h"
+#include "editor/SecondaryText.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -25,17 +25,11 @@ QLabel* headline(const QString& text, QWidget* parent) {
     return label;
 }
 
+// Wraps at its own width, which sets the popover's.
 QLabel* note(const QString& text, QWidget* parent) {
-    auto* label = new QLabel(text, parent);
+    QLabel* label = SecondaryText::note(text, parent);
     label->setObjectName(QStringLiteral("appOptionsNote"));
-    label->setWordWrap(true);
     label->setFixedWidth(AppOptionsPopover::kNoteWidth);
-    QFont font = label->font();
-    font.setPointSizeF(font.pointSizeF() * 0.85);
-    label->setFont(font);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, palette.color(QPalette::Disabled, QPalette::WindowText));
-    label->setPalette(palette);
     return label;
 }
 
@@ -96,33 +90,11 @@ void AppOptionsPopover::showEvent(QShowEvent* event) {
 }
 
 void AppOptionsPopover::popUp(QWidget* anchor) {
-    m_anchor = anchor;
     adjustSize();
     QPoint at = anchor->mapToGlobal(QPoint(0, anchor->height()));
     at.rx() += (anchor->width() - width()) / 2;
     move(at);
-    setAttribute(Qt::WA_NoMouseReplay, false);
     show();
-}
-
-void AppOptionsPopover::closeWithoutReplay() {
-    setAttribute(Qt::WA_NoMouseReplay);
-    close();
-}
-
-void AppOptionsPopover::mousePressEvent(QMouseEvent* event) {
-    // A popup gets every press while it is open, and a press outside closes it and is then
-    // passed on to what lies under it. One on the button that opened it must not be, or
-    // the button would open the popup again at once.
-    const QPoint global = event->globalPosition().toPoint();
-    if (m_anchor && QRect(m_anchor->mapToGlobal(QPoint()), m_anchor->size()).contains(global))
-        setAttribute(Qt::WA_NoMouseReplay);
-    QFrame::mousePressEvent(event);
-}
-
-void AppOptionsPopover::hideEvent(QHideEvent* event) {
-    QFrame::hideEvent(event);
-    Q_EMIT closed();
 }
 
 } // namespace corkwheel

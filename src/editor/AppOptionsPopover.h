@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QFrame>
-#include <QPointer>
 
 class QCheckBox;
 
@@ -18,11 +17,9 @@ class AppOptionsPopover : public QFrame {
 public:
     explicit AppOptionsPopover(AppSettings& settings, QWidget* parent = nullptr);
 
-    // Shows the popup under `anchor`. A press on `anchor` while it is open only closes it,
-    // so the button that opened it closes it again.
+    // Shows the popup under `anchor`. Like any popup it closes on a press outside it, and
+    // Qt keeps a press on the button that opened it from reaching that button again.
     void popUp(QWidget* anchor);
-    // Closes it from the button that opened it, so the press that did so stops here.
-    void closeWithoutReplay();
 
     QCheckBox* dockIconBox() const { return m_dockIcon; }
     QCheckBox* menuBarItemBox() const { return m_menuBarItem; }
@@ -30,13 +27,8 @@ public:
 
     static constexpr int kNoteWidth = 260;
 
-Q_SIGNALS:
-    void closed();
-
 protected:
     void showEvent(QShowEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void hideEvent(QHideEvent* event) override;
 
 private:
     void showSettings();
@@ -47,7 +39,6 @@ private:
     QCheckBox* m_dockIcon = nullptr;
     QCheckBox* m_menuBarItem = nullptr;
     QCheckBox* m_startAtLogin = nullptr;
-    QPointer<QWidget> m_anchor;
 };
 
 } // namespace corkwheel

@@ -76,7 +76,7 @@ bool EditorWindow::showingAppOptions() const {
 
 void EditorWindow::toggleAppOptions() {
     if (showingAppOptions())
-        m_appOptionsPopover->closeWithoutReplay();
+        m_appOptionsPopover->close();
     else
         m_appOptionsPopover->popUp(buttonFor(m_appOptions));
 }

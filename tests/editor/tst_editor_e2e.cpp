@@ -200,6 +200,24 @@ private Q_SLOTS:
         QCOMPARE(desktop.presses.size(), 1);
     }
 
+    void secondPressOnAppOptionsClosesThePopover() {
+        StoreFixture fixture({m_alpha});
+        AppSettings settings;
+        EditorWindow editor(*fixture.store, settings, clockOnlyServices());
+        editor.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&editor));
+        QTest::qWait(300);
+        QToolButton* button = editor.buttonFor(editor.appOptionsAction());
+        const QPoint onButton = button->mapToGlobal(button->rect().center());
+        click(onButton);
+        QTRY_VERIFY_WITH_TIMEOUT(editor.showingAppOptions(), kWait);
+        QTest::qWait(300);
+        // The popover takes this press, closes, and must not hand it on to the button.
+        click(onButton);
+        QTest::qWait(500);
+        QVERIFY(!editor.showingAppOptions());
+    }
+
     void dockIconOffLeavesTheEditorOutOfTaskbarAndPager() {
         const std::unique_ptr<DesktopPlatform> platform = DesktopPlatform::create();
         TaskbarDockPolicy policy(*platform);
