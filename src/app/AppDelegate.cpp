@@ -29,7 +29,9 @@ AppDelegate::~AppDelegate() {
 
 // From here on one desktop window is shown per enabled panel.
 void AppDelegate::applicationDidFinishLaunching() {
-    m_windowsManager = std::make_unique<DesktopWindowsManager>(m_store);
+    // The panel windows and the editor go through the one platform layer.
+    m_windowsManager =
+        std::make_unique<DesktopWindowsManager>(m_store, *m_platform, RunnerServices::shared());
     m_settings.setDockPolicy(m_dockPolicy.get());
     m_settings.applyDockPolicy();
 }
