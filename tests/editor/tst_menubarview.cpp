@@ -286,24 +286,24 @@ private Q_SLOTS:
         QCOMPARE(fileBytes(fixture.documentPath()), before);
     }
 
-    void settingsEmitsSettingsRequested() {
-        test::StoreFixture fixture({});
-        MenuBarView view(*fixture.store);
-        QSignalSpy settings(&view, &MenuBarView::settingsRequested);
-        QSignalSpy quit(&view, &MenuBarView::quitRequested);
-        entry(view, Settings)->trigger();
-        QCOMPARE(settings.count(), 1);
-        QCOMPARE(quit.count(), 0);
+    void settingsAndQuitEachAskForTheirOwnAction_data() {
+        QTest::addColumn<Entry>("item");
+        QTest::addColumn<int>("settingsRequests");
+        QTest::addColumn<int>("quitRequests");
+        QTest::newRow("Settings…") << Settings << 1 << 0;
+        QTest::newRow("Quit Corkwheel") << Quit << 0 << 1;
     }
-
-    void quitEmitsQuitRequested() {
+    void settingsAndQuitEachAskForTheirOwnAction() {
+        QFETCH(Entry, item);
+        QFETCH(int, settingsRequests);
+        QFETCH(int, quitRequests);
         test::StoreFixture fixture({});
         MenuBarView view(*fixture.store);
         QSignalSpy settings(&view, &MenuBarView::settingsRequested);
         QSignalSpy quit(&view, &MenuBarView::quitRequested);
-        entry(view, Quit)->trigger();
-        QCOMPARE(quit.count(), 1);
-        QCOMPARE(settings.count(), 0);
+        entry(view, item)->trigger();
+        QCOMPARE(settings.count(), settingsRequests);
+        QCOMPARE(quit.count(), quitRequests);
     }
 
     void openMenuShowsTheCurrentState() {
