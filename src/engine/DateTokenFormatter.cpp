@@ -9,6 +9,7 @@
 #include <unicode/ucal.h>
 
 #include <memory>
+#include <unordered_map>
 
 namespace corkwheel::DateTokenFormatter {
 
@@ -47,18 +48,51 @@ std::unique_ptr<icu::TimeZone> toIcuZone(const QTimeZone& zone, const QDateTime&
     return std::make_unique<icu::SimpleTimeZone>(zone.offsetFromUtc(date) * 1000, id);
 }
 
-// A fresh formatter in the default locale for every call; without `zone` it also uses the
-// default time zone. Letters that are no pattern field come out as ICU writes them.
-QString formatWithIcu(const QString& pattern, const QDateTime& date,
-                      std::unique_ptr<icu::TimeZone> zone) {
+// What makes one formatter differ from another: the pattern, the zone (with its offset
+// at `date`, which is all a zone without ICU rules keeps) and the default locale.
+QString formatterKey(const QString& pattern, const QTimeZone& zone, const QDateTime& date) {
+    QString key = pattern;
+    key += QChar(0);
+    if (zone.isValid()) {
+        key += QString::fromUtf8(zone.id());
+        key += QChar(0);
+        key += QString::number(zone.offsetFromUtc(date));
+    }
+    key += QChar(0);
+    key += QString::fromLatin1(icu::Locale::getDefault().getName());
+    return key;
+}
+
+// Building an ICU formatter loads its locale's names and its zone's rules: most of the
+// cost of a clock tick. So formatters are kept, one per pattern, zone and locale; a
+// change of the user's locale or time zone makes a new one. A formatter may not be
+// shared between threads, so each thread keeps its own.
+icu::SimpleDateFormat* cachedFormatter(const QString& pattern, const QTimeZone& zone,
+                                       const QDateTime& date) {
+    constexpr qsizetype kMaxFormatters = 32;
+    thread_local std::unordered_map<QString, std::unique_ptr<icu::SimpleDateFormat>> cache;
+    const QString key = formatterKey(pattern, zone, date);
+    if (const auto found = cache.find(key); found != cache.end())
+        return found->second.get();
     UErrorCode status = U_ZERO_ERROR;
-    icu::SimpleDateFormat formatter(toIcu(pattern), status);
+    auto formatter = std::make_unique<icu::SimpleDateFormat>(toIcu(pattern), status);
     if (U_FAILURE(status))
+        return nullptr;
+    if (zone.isValid())
+        formatter->adoptTimeZone(toIcuZone(zone, date).release());
+    if (static_cast<qsizetype>(cache.size()) >= kMaxFormatters)
+        cache.clear();
+    return cache.emplace(key, std::move(formatter)).first->second.get();
+}
+
+// In the default locale; without a valid `zone`, in the default time zone. Letters that
+// are no pattern field come out as ICU writes them.
+QString formatWithIcu(const QString& pattern, const QDateTime& date, const QTimeZone& zone) {
+    const icu::SimpleDateFormat* formatter = cachedFormatter(pattern, zone, date);
+    if (!formatter)
         return {};
-    if (zone)
-        formatter.adoptTimeZone(zone.release());
     icu::UnicodeString text;
-    formatter.format(static_cast<UDate>(date.toMSecsSinceEpoch()), text);
+    formatter->format(static_cast<UDate>(date.toMSecsSinceEpoch()), text);
     return fromIcu(text);
 }
 
@@ -84,7 +118,7 @@ QString expand(const QString& textTemplate, const QDateTime& date) {
     for (auto match = matches.crbegin(); match != matches.crend(); ++match) {
         const QString pattern = match->captured(1);
         expanded.replace(match->capturedStart(0), match->capturedLength(0),
-                         formatWithIcu(pattern, date, nullptr));
+                         formatWithIcu(pattern, date, QTimeZone()));
     }
     return expanded;
 }
@@ -94,7 +128,7 @@ QString formatNow(const QString& format, const QTimeZone& timeZone) {
 }
 
 QString format(const QString& pattern, const QDateTime& date, const QTimeZone& timeZone) {
-    return formatWithIcu(pattern, date, toIcuZone(timeZone, date));
+    return formatWithIcu(pattern, date, timeZone);
 }
 
 } // namespace corkwheel::DateTokenFormatter

@@ -5,8 +5,8 @@
 #include <QTimeZone>
 
 // Writes dates with Unicode (UTS #35) date-format patterns such as "HH:mm" or
-// "EEEE, d MMMM yyyy", for text panels and clock panels. Stateless: nothing is cached
-// between calls, so a change of the user's locale or time zone shows on the next refresh.
+// "EEEE, d MMMM yyyy", for text panels and clock panels. Every call uses the user's
+// locale and time zone as they are then, so a change of either shows on the next refresh.
 namespace corkwheel::DateTokenFormatter {
 
 // `textTemplate` with every "{date:PATTERN}" token replaced by `date` written with

@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <unicode/locid.h>
+
 using namespace corkwheel;
 
 namespace {
@@ -42,6 +44,8 @@ private Q_SLOTS:
     void formatUsesGivenTimeZone();
     void formatNowWithEmptyFormatIsEmpty();
     void formatNowShowsCurrentTime();
+    void aChangedLocaleShowsOnTheNextCall();
+    void aChangedTimeZoneShowsOnTheNextCall();
 };
 
 void TestDateTokenFormatter::initTestCase() {
@@ -170,6 +174,30 @@ void TestDateTokenFormatter::formatNowShowsCurrentTime() {
     const QString expected = before.toTimeZone(tokyo).toString(u"yyyy-MM-dd HH:mm:ss");
     if (now != expected)
         QCOMPARE(now, after.toTimeZone(tokyo).toString(u"yyyy-MM-dd HH:mm:ss"));
+}
+
+void TestDateTokenFormatter::aChangedLocaleShowsOnTheNextCall() {
+    const QString weekday = QStringLiteral("{date:EEEE}");
+    QCOMPARE(DateTokenFormatter::expand(weekday, fixedInstant()), QStringLiteral("Saturday"));
+    const icu::Locale user = icu::Locale::getDefault();
+    UErrorCode status = U_ZERO_ERROR;
+    icu::Locale::setDefault(icu::Locale::getGerman(), status);
+    const QString german = DateTokenFormatter::expand(weekday, fixedInstant());
+    icu::Locale::setDefault(user, status);
+    QCOMPARE(german, QStringLiteral("Samstag"));
+    QCOMPARE(DateTokenFormatter::expand(weekday, fixedInstant()), QStringLiteral("Saturday"));
+}
+
+void TestDateTokenFormatter::aChangedTimeZoneShowsOnTheNextCall() {
+    const QString pattern = QStringLiteral("HH:mm");
+    QCOMPARE(DateTokenFormatter::format(pattern, fixedInstant(), zone("Asia/Tokyo")),
+             QStringLiteral("21:34"));
+    QCOMPARE(DateTokenFormatter::format(pattern, fixedInstant(), zone("Europe/London")),
+             QStringLiteral("12:34"));
+    QCOMPARE(DateTokenFormatter::format(pattern, fixedInstant(), QTimeZone(-3 * 3600)),
+             QStringLiteral("09:34"));
+    QCOMPARE(DateTokenFormatter::format(pattern, fixedInstant(), zone("Asia/Tokyo")),
+             QStringLiteral("21:34"));
 }
 
 QTEST_GUILESS_MAIN(TestDateTokenFormatter)
