@@ -15,7 +15,8 @@ namespace DisplaySession {
 // own choice.
 std::optional<QByteArray> forcedQpaPlatform();
 
-// Sets QT_QPA_PLATFORM when forcedQpaPlatform() says so. Call before the application
+// Sets QT_QPA_PLATFORM when forcedQpaPlatform() says so, and keeps Qt's X11 windows off
+// shared-memory images unless the user chose otherwise. Call before the application
 // object exists.
 void applyToEnvironment();
 

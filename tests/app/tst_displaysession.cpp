@@ -12,6 +12,7 @@ private Q_SLOTS:
         qunsetenv("QT_QPA_PLATFORM");
         qunsetenv("XDG_SESSION_TYPE");
         qunsetenv("WAYLAND_DISPLAY");
+        qunsetenv("QT_XCB_NO_MITSHM");
     }
 
     void x11SessionKeepsQtsChoice() {
@@ -41,6 +42,17 @@ private Q_SLOTS:
         qputenv("XDG_SESSION_TYPE", "wayland");
         DisplaySession::applyToEnvironment();
         QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb"));
+    }
+
+    void panelsRepaintWithoutSharedMemoryImages() {
+        DisplaySession::applyToEnvironment();
+        QCOMPARE(qgetenv("QT_XCB_NO_MITSHM"), QByteArray("1"));
+    }
+
+    void usersOwnSharedMemorySettingIsLeftAlone() {
+        qputenv("QT_XCB_NO_MITSHM", "0");
+        DisplaySession::applyToEnvironment();
+        QCOMPARE(qgetenv("QT_XCB_NO_MITSHM"), QByteArray("0"));
     }
 };
 
