@@ -45,4 +45,11 @@ QList<VolumeReading> readMountedVolumes(const SystemSource& source) {
     return volumes;
 }
 
+QList<VolumeReading> withCurrentCapacities(const SystemSource& source,
+                                           QList<VolumeReading> volumes) {
+    for (VolumeReading& volume : volumes)
+        volume.capacity = source.capacity(volume.mountPoint);
+    return volumes;
+}
+
 } // namespace corkwheel

@@ -12,4 +12,8 @@ namespace corkwheel {
 // mount table can't be read.
 QList<VolumeReading> readMountedVolumes(const SystemSource& source);
 
+// The same volumes with the capacity each has now.
+QList<VolumeReading> withCurrentCapacities(const SystemSource& source,
+                                           QList<VolumeReading> volumes);
+
 } // namespace corkwheel

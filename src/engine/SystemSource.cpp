@@ -1,5 +1,7 @@
 #include "engine/SystemSource.h"
 
+#include "engine/MountTableWatch.h"
+
 #include <QFile>
 
 #include <sys/statvfs.h>
@@ -17,6 +19,11 @@ public:
         return VolumeCapacity{quint64(info.f_blocks) * info.f_frsize,
                               quint64(info.f_bavail) * info.f_frsize};
     }
+
+    bool mountTableChanged() const override { return m_mountTable.changed(); }
+
+private:
+    MountTableWatch m_mountTable;
 };
 
 } // namespace

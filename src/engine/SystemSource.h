@@ -13,6 +13,9 @@ class SystemSource : public KernelFiles {
 public:
     // Nothing when the file system at the mount point can't be asked.
     virtual std::optional<VolumeCapacity> capacity(const QString& mountPoint) const = 0;
+    // Whether the mount table may have changed since the previous call; true when
+    // nothing can tell.
+    virtual bool mountTableChanged() const = 0;
 
     // This machine.
     static const SystemSource& real();

@@ -47,7 +47,12 @@ MemoryReading SystemStatsSampler::sampleMemory() {
 
 QList<DiskInfo> SystemStatsSampler::sampleDisks() {
     requireMainThread();
-    return diskList(readMountedVolumes(m_source));
+    // Asked on the first call too, so that a change the first reading already saw does
+    // not count again.
+    const bool changed = m_source.mountTableChanged();
+    m_volumes = changed || !m_volumes ? readMountedVolumes(m_source)
+                                      : withCurrentCapacities(m_source, *m_volumes);
+    return diskList(*m_volumes);
 }
 
 } // namespace corkwheel

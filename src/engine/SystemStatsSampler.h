@@ -4,6 +4,7 @@
 #include "engine/DiskInfo.h"
 #include "engine/MemoryReading.h"
 #include "engine/SystemSource.h"
+#include "engine/VolumeReading.h"
 
 #include <QList>
 
@@ -27,12 +28,15 @@ public:
     // does a failed read, which leaves the baseline as it was.
     double sampleCPU();
     MemoryReading sampleMemory();
-    // The user-visible volumes, internal ones first.
+    // The user-visible volumes, internal ones first. The mount table, the volumes' names
+    // and whether each is built in are read again only after the mount table changed;
+    // capacities are read on every call.
     QList<DiskInfo> sampleDisks();
 
 private:
     const SystemSource& m_source;
     std::optional<CpuTicks> m_previousCPUTicks;
+    std::optional<QList<VolumeReading>> m_volumes;
 };
 
 } // namespace corkwheel

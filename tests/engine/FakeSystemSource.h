@@ -17,13 +17,18 @@ public:
         return *it;
     }
 
+    bool mountTableChanged() const override { return m_mountTableChanged; }
+
     void setCapacity(const QString& mountPoint, quint64 totalBytes, quint64 availableBytes) {
         m_capacities.insert(mountPoint, corkwheel::VolumeCapacity{totalBytes, availableBytes});
     }
     void removeCapacity(const QString& mountPoint) { m_capacities.remove(mountPoint); }
+    // Until told otherwise the fake says every time that the mount table may have changed.
+    void setMountTableChanged(bool changed) { m_mountTableChanged = changed; }
 
 private:
     QHash<QString, corkwheel::VolumeCapacity> m_capacities;
+    bool m_mountTableChanged = true;
 };
 
 } // namespace corkwheel::test

@@ -253,6 +253,43 @@ private Q_SLOTS:
         QCOMPARE(sampler.sampleDisks(), QList<DiskInfo>{});
     }
 
+    void unchangedMountTableIsNotReadAgainButCapacitiesAre() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        SystemStatsSampler sampler(source);
+        QCOMPARE(sampler.sampleDisks().size(), 5);
+        source.setMountTableChanged(false);
+        // Gone from the table, but nothing says the table changed.
+        source.setFile(kMountInfo, fixtureFile(QStringLiteral("proc/mountinfo-lvm.txt")));
+        source.setCapacity(QStringLiteral("/"), 400 * kGiB, 300 * kGiB);
+        const QList<DiskInfo> disks = sampler.sampleDisks();
+        QCOMPARE(disks.size(), 5);
+        QCOMPARE(disks[0].id, QStringLiteral("/"));
+        QCOMPARE(disks[0].freeGB, 300.0);
+        QCOMPARE(disks[0].usedFraction, 0.25);
+    }
+
+    void changedMountTableIsReadAgain() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        SystemStatsSampler sampler(source);
+        source.setMountTableChanged(false);
+        QCOMPARE(sampler.sampleDisks().size(), 5);
+        setUpInternalLast(source);
+        source.setMountTableChanged(true);
+        QCOMPARE(idsOf(sampler.sampleDisks()),
+                 (QStringList{QStringLiteral("/media/ubuntu/Data"),
+                              QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
+    }
+
+    void firstReadingNeedsNoChangeOfTheMountTable() {
+        FakeSystemSource source;
+        setUpDesktop(source);
+        source.setMountTableChanged(false);
+        SystemStatsSampler sampler(source);
+        QCOMPARE(sampler.sampleDisks().size(), 5);
+    }
+
     void realMachineGivesSaneReadings() {
         SystemStatsSampler& sampler = SystemStatsSampler::shared();
         QCOMPARE(&sampler, &SystemStatsSampler::shared());
