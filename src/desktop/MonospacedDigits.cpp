@@ -1,23 +1,65 @@
 #include "desktop/MonospacedDigits.h"
 
 #include <QFontMetricsF>
+#include <QGlyphRun>
+#include <QGuiApplication>
+#include <QHash>
 #include <QPainter>
+#include <QRawFont>
 
 #include <algorithm>
+#include <array>
 
 namespace corkwheel::MonospacedDigits {
 
 namespace {
 
-double digitCell(const QFontMetricsF& metrics) {
-    double widest = 0;
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
-        widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-    return widest;
-}
-
 bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
+}
+
+// The ten digits of one font: their glyphs, their advances and the cell they are set in.
+// With these a run of digits is drawn as one glyph run, where drawing each digit as text
+// shaped it afresh: most of the cost of redrawing a statistics panel's figures.
+struct Digits {
+    QRawFont rawFont;
+    std::array<quint32, 10> glyphs{};
+    std::array<double, 10> advances{};
+    double cell = 0;
+    // Whether the font itself has every digit; text in another font comes out differently.
+    bool haveGlyphs = false;
+};
+
+Digits measureDigits(const QFont& font) {
+    // The same metrics as width() measures with, so drawing fills exactly what it measured.
+    const QFontMetricsF metrics(font);
+    Digits digits;
+    for (int digit = 0; digit < 10; ++digit) {
+        digits.advances[digit] = metrics.horizontalAdvance(QChar(u'0' + digit));
+        digits.cell = std::max(digits.cell, digits.advances[digit]);
+    }
+    digits.rawFont = QRawFont::fromFont(font);
+    const QList<quint32> glyphs =
+        digits.rawFont.glyphIndexesForString(QStringLiteral("0123456789"));
+    digits.haveGlyphs = glyphs.size() == 10 && !glyphs.contains(0);
+    if (digits.haveGlyphs)
+        std::copy(glyphs.cbegin(), glyphs.cend(), digits.glyphs.begin());
+    return digits;
+}
+
+// Kept per font until the application's fonts change.
+const Digits& digitsOf(const QFont& font) {
+    constexpr qsizetype kMaxFonts = 32;
+    static QHash<QString, Digits> measured;
+    static const QMetaObject::Connection forget =
+        QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, [] { measured.clear(); });
+    const QString key = font.key();
+    const auto found = measured.constFind(key);
+    if (found != measured.constEnd())
+        return *found;
+    if (measured.size() >= kMaxFonts)
+        measured.clear();
+    return *measured.insert(key, measureDigits(font));
 }
 
 // The text cut into runs of digits and runs of anything else.
@@ -33,10 +75,39 @@ template <class Visit> void forEachRun(const QString& text, Visit visit) {
     }
 }
 
+// Each digit centred in its cell.
+void drawDigits(QPainter& painter, QPointF baselineOrigin, QStringView run, const Digits& digits) {
+    if (!digits.haveGlyphs) {
+        for (qsizetype i = 0; i < run.size(); ++i) {
+            const double advance = digits.advances[run[i].unicode() - u'0'];
+            const QPointF origin(baselineOrigin.x() + i * digits.cell + (digits.cell - advance) / 2,
+                                 baselineOrigin.y());
+            painter.drawText(origin, QString(run[i]));
+        }
+        return;
+    }
+    QList<quint32> glyphs;
+    QList<QPointF> positions;
+    glyphs.reserve(run.size());
+    positions.reserve(run.size());
+    for (qsizetype i = 0; i < run.size(); ++i) {
+        const int digit = run[i].unicode() - u'0';
+        glyphs.append(digits.glyphs[digit]);
+        positions.append(QPointF(i * digits.cell + (digits.cell - digits.advances[digit]) / 2, 0));
+    }
+    QGlyphRun glyphRun;
+    glyphRun.setRawFont(digits.rawFont);
+    glyphRun.setGlyphIndexes(glyphs);
+    glyphRun.setPositions(positions);
+    painter.drawGlyphRun(baselineOrigin, glyphRun);
+}
+
 } // namespace
 
 double width(const QFontMetricsF& metrics, const QString& text) {
-    const double cell = digitCell(metrics);
+    double cell = 0;
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
+        cell = std::max(cell, metrics.horizontalAdvance(QChar(digit)));
     double total = 0;
     forEachRun(text, [&](QStringView run, bool digits) {
         total += digits ? cell * run.size() : metrics.horizontalAdvance(run.toString());
@@ -46,20 +117,17 @@ double width(const QFontMetricsF& metrics, const QString& text) {
 
 void draw(QPainter& painter, QPointF baselineOrigin, const QString& text) {
     const QFontMetricsF metrics(painter.font());
-    const double cell = digitCell(metrics);
+    const Digits& digits = digitsOf(painter.font());
     double x = baselineOrigin.x();
-    forEachRun(text, [&](QStringView run, bool digits) {
-        if (!digits) {
-            const QString part = run.toString();
-            painter.drawText(QPointF(x, baselineOrigin.y()), part);
-            x += metrics.horizontalAdvance(part);
+    forEachRun(text, [&](QStringView run, bool isDigitRun) {
+        if (isDigitRun) {
+            drawDigits(painter, QPointF(x, baselineOrigin.y()), run, digits);
+            x += digits.cell * run.size();
             return;
         }
-        for (const QChar digit : run) {
-            const double advance = metrics.horizontalAdvance(digit);
-            painter.drawText(QPointF(x + (cell - advance) / 2, baselineOrigin.y()), QString(digit));
-            x += cell;
-        }
+        const QString part = run.toString();
+        painter.drawText(QPointF(x, baselineOrigin.y()), part);
+        x += metrics.horizontalAdvance(part);
     });
 }
 
