@@ -19,14 +19,15 @@ bool isDigit(QChar c) {
 }
 
 // The ten digits of one font: their glyphs, their advances and the cell they are set in.
-// With these a run of digits is drawn as one glyph run, where drawing each digit as text
-// shaped it afresh: most of the cost of redrawing a statistics panel's figures.
+// With these a run of digits is drawn as one glyph run instead of as text, which would be
+// shaped afresh at every redraw of a statistics panel.
 struct Digits {
     QRawFont rawFont;
     std::array<quint32, 10> glyphs{};
     std::array<double, 10> advances{};
     double cell = 0;
-    // Whether the font itself has every digit; text in another font comes out differently.
+    // Whether the font has a glyph of its own for every digit. Without, the digits are
+    // drawn as text, which takes them from another font as any text would.
     bool haveGlyphs = false;
 };
 
