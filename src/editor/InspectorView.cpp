@@ -254,8 +254,7 @@ void InspectorView::buildSourceRows(PanelType type) {
     case PanelType::Webpage:
         addSourceLine(QStringLiteral("URL"), QStringLiteral("urlField"), false,
                       QStringLiteral("example.com"));
-        // Users know this note as it reads, "below" included, though the refresh stepper
-        // sits above it, in General.
+        // The refresh interval meant is the stepper in General, which sits above this row.
         addSourceNote(QStringLiteral("Reloads automatically at the refresh interval below."));
         break;
     }
