@@ -6,9 +6,12 @@
 #include "FakeMachine.h"
 
 #include <QColor>
+#include <QEvent>
 #include <QImage>
 #include <QPainter>
 #include <QRectF>
+#include <QRegion>
+#include <QTest>
 #include <QWidget>
 
 #include <cmath>
@@ -16,6 +19,48 @@
 #include <memory>
 
 namespace corkwheel::test {
+
+// Rows "ratio 1" and "ratio 2" of a column "ratio": the device pixel ratios every drawing
+// is checked at.
+inline void addRatios() {
+    QTest::addColumn<double>("ratio");
+    QTest::newRow("ratio 1") << 1.0;
+    QTest::newRow("ratio 2") << 2.0;
+}
+
+// Counts the paint events that a widget and its children receive, and keeps the area that
+// the widget's own last one repainted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) : m_widget(&widget) {
+        widget.installEventFilter(this);
+        for (QWidget* child : widget.findChildren<QWidget*>())
+            child->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Paint)
+            return false;
+        ++count;
+        if (watched == m_widget)
+            lastArea = static_cast<QPaintEvent*>(event)->region();
+        return false;
+    }
+
+    // Waits for the first `paints` paint events and a moment longer, so that what is
+    // counted next comes from what the test does. False when they never came.
+    bool settle(int paints = 1) {
+        const bool painted = QTest::qWaitFor([this, paints] { return count >= paints; });
+        QTest::qWait(50);
+        return painted;
+    }
+
+    int count = 0;
+    QRegion lastArea;
+
+private:
+    QWidget* m_widget;
+};
 
 // `widget` and its children as the window system would show them over a transparent
 // desktop, at device pixel ratio `ratio`.

@@ -31,13 +31,7 @@ class DropShadowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void ratios_data() {
-        QTest::addColumn<double>("ratio");
-        QTest::newRow("ratio 1") << 1.0;
-        QTest::newRow("ratio 2") << 2.0;
-    }
-
-    void shadowIsBlurredBlackBelowTheContent_data() { ratios_data(); }
+    void shadowIsBlurredBlackBelowTheContent_data() { addRatios(); }
 
     void shadowIsBlurredBlackBelowTheContent() {
         QFETCH(double, ratio);
@@ -56,7 +50,7 @@ private Q_SLOTS:
         QVERIFY(colorAt(image, QPointF(20, 9.5)).alpha() < under.alpha());
     }
 
-    void noShadowWhenHidden_data() { ratios_data(); }
+    void noShadowWhenHidden_data() { addRatios(); }
 
     void noShadowWhenHidden() {
         QFETCH(double, ratio);

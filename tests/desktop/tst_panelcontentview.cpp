@@ -19,21 +19,6 @@ using namespace corkwheel::test;
 
 namespace {
 
-// Counts the paint events a widget receives, and keeps the area the last one repainted.
-class PaintCounter : public QObject {
-public:
-    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint) {
-            ++count;
-            lastArea = static_cast<QPaintEvent*>(event)->region();
-        }
-        return false;
-    }
-    int count = 0;
-    QRegion lastArea;
-};
-
 const QColor kRed(255, 0, 0);
 const QColor kBlue(0, 0, 255);
 const QColor kGreen(0, 255, 0);
@@ -48,12 +33,6 @@ Panel textPanel(const QString& text, const QSize& size = QSize(200, 100)) {
     panel.frame = PanelFrame{0, 0, double(size.width()), double(size.height())};
     panel.style.showShadow = false;
     return panel;
-}
-
-void addRatios() {
-    QTest::addColumn<double>("ratio");
-    QTest::newRow("ratio 1") << 1.0;
-    QTest::newRow("ratio 2") << 2.0;
 }
 
 QString writeImage(const QTemporaryDir& folder, const QImage& image) {
@@ -127,8 +106,7 @@ private Q_SLOTS:
         PanelContentView& view = show(panel);
         PaintCounter paints(view);
         view.show();
-        QTRY_VERIFY(paints.count > 0);
-        QTest::qWait(50);
+        QVERIFY(paints.settle());
         const int before = paints.count;
 
         m_runner->refreshNow();
@@ -147,8 +125,7 @@ private Q_SLOTS:
         PanelContentView& view = show(panel);
         PaintCounter paints(view);
         view.show();
-        QTRY_VERIFY(paints.count > 0);
-        QTest::qWait(50);
+        QVERIFY(paints.settle());
         const int before = paints.count;
 
         panel.textTemplate = QStringLiteral("Count 2");
@@ -189,8 +166,7 @@ private Q_SLOTS:
         PanelContentView& view = show(panel);
         PaintCounter paints(view);
         view.show();
-        QTRY_VERIFY(paints.count > 0);
-        QTest::qWait(50);
+        QVERIFY(paints.settle());
         const int before = paints.count;
 
         panel.frame.x += 30;

@@ -49,12 +49,6 @@ class ShadowedLayerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void ratios_data() {
-        QTest::addColumn<double>("ratio");
-        QTest::newRow("ratio 1") << 1.0;
-        QTest::newRow("ratio 2") << 2.0;
-    }
-
     void firstDrawingChangesEverything() {
         ShadowedLayer layer;
         QVERIFY(!layer.holds(kSize, 1, true));
@@ -68,7 +62,7 @@ private Q_SLOTS:
         QVERIFY(layer.redraw(kSize, 1, true, text(QStringLiteral("12:00:01"))).isEmpty());
     }
 
-    void changeIsReportedWithItsShadowAndNothingElse_data() { ratios_data(); }
+    void changeIsReportedWithItsShadowAndNothingElse_data() { addRatios(); }
 
     void changeIsReportedWithItsShadowAndNothingElse() {
         QFETCH(double, ratio);
@@ -85,7 +79,7 @@ private Q_SLOTS:
         QVERIFY(!changed.intersects(QRect(10, 10, 20, 6)));
     }
 
-    void updatedLayerLooksLikeOneDrawnAfresh_data() { ratios_data(); }
+    void updatedLayerLooksLikeOneDrawnAfresh_data() { addRatios(); }
 
     void updatedLayerLooksLikeOneDrawnAfresh() {
         QFETCH(double, ratio);
