@@ -32,7 +32,6 @@ struct Digits {
 };
 
 Digits measureDigits(const QFont& font) {
-    // The same metrics as width() measures with, so drawing fills exactly what it measured.
     const QFontMetricsF metrics(font);
     Digits digits;
     for (int digit = 0; digit < 10; ++digit) {
@@ -105,10 +104,9 @@ void drawDigits(QPainter& painter, QPointF baselineOrigin, QStringView run, cons
 
 } // namespace
 
-double width(const QFontMetricsF& metrics, const QString& text) {
-    double cell = 0;
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
-        cell = std::max(cell, metrics.horizontalAdvance(QChar(digit)));
+double width(const QFont& font, const QString& text) {
+    const QFontMetricsF metrics(font);
+    const double cell = digitsOf(font).cell;
     double total = 0;
     forEachRun(text, [&](QStringView run, bool digits) {
         total += digits ? cell * run.size() : metrics.horizontalAdvance(run.toString());

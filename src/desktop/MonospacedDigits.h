@@ -3,7 +3,7 @@
 #include <QPointF>
 #include <QString>
 
-class QFontMetricsF;
+class QFont;
 class QPainter;
 
 namespace corkwheel::MonospacedDigits {
@@ -12,7 +12,7 @@ namespace corkwheel::MonospacedDigits {
 // digit in a cell as wide as the widest digit, so the text doesn't jitter as it changes,
 // whatever the font. Other characters keep their own width.
 
-double width(const QFontMetricsF& metrics, const QString& text);
+double width(const QFont& font, const QString& text);
 
 // Draws `text` with its baseline starting at `baselineOrigin`, in the painter's font and
 // pen.

@@ -116,7 +116,7 @@ void NetworkGraphView::paintHeader(QPainter& painter, const QRectF& rect, const 
     const QFontMetricsF metrics(font);
     const double symbolSize = font.pixelSize();
     const QString rates = ratesText();
-    const double ratesWidth = MonospacedDigits::width(metrics, rates);
+    const double ratesWidth = MonospacedDigits::width(font, rates);
     const double baseline = rect.center().y() - metrics.height() / 2 + metrics.ascent();
 
     Symbols::paint(painter,

@@ -75,7 +75,7 @@ void StatRow::paintLine(QPainter& painter, const QRectF& rect, const QFont& font
     const QFontMetricsF metrics(font);
     const double symbolSize = font.pixelSize();
     const double baseline = rect.center().y() - metrics.height() / 2 + metrics.ascent();
-    const double detailWidth = MonospacedDigits::width(metrics, detail);
+    const double detailWidth = MonospacedDigits::width(font, detail);
 
     Symbols::paint(painter,
                    QRectF(rect.left(), rect.center().y() - symbolSize / 2, symbolSize, symbolSize),

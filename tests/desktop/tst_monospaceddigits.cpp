@@ -115,11 +115,12 @@ class TestMonospacedDigits : public QObject {
 
 private Q_SLOTS:
     void everyDigitTakesTheWidestDigitsCell() {
-        const QFontMetricsF metrics(proportionalFont());
+        const QFont font = proportionalFont();
+        const QFontMetricsF metrics(font);
         const double cell = widestDigit(metrics);
-        QCOMPARE(MonospacedDigits::width(metrics, QStringLiteral("1111")), 4 * cell);
-        QCOMPARE(MonospacedDigits::width(metrics, QStringLiteral("8080")), 4 * cell);
-        QCOMPARE(MonospacedDigits::width(metrics, QStringLiteral("1 GB")),
+        QCOMPARE(MonospacedDigits::width(font, QStringLiteral("1111")), 4 * cell);
+        QCOMPARE(MonospacedDigits::width(font, QStringLiteral("8080")), 4 * cell);
+        QCOMPARE(MonospacedDigits::width(font, QStringLiteral("1 GB")),
                  cell + metrics.horizontalAdvance(QStringLiteral(" GB")));
     }
 
