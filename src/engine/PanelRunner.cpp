@@ -14,6 +14,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <limits>
 
 namespace corkwheel {
 
@@ -38,7 +40,11 @@ PanelRunner::PanelRunner(const Panel& panel, RunnerServices services, QObject* p
     : QObject(parent), m_id(panel.id), m_panel(panel), m_services(std::move(services)),
       m_stats(SystemStatsSample::zero()) {
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &PanelRunner::refreshNow);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, [this] {
+        refreshNow();
+        scheduleNextRefresh();
+    });
 }
 
 PanelRunner::~PanelRunner() = default;
@@ -47,14 +53,36 @@ double PanelRunner::timerInterval(double refreshInterval) {
     return std::max(refreshInterval, 1.0);
 }
 
+qint64 PanelRunner::msUntilNextRefresh(double interval, qint64 nowMs) {
+    // Within what a timer can wait; an interval that is not a number waits the least.
+    const double boundedMs = std::isnan(interval)
+                                 ? 1000.0
+                                 : std::clamp(interval * 1000, 1000.0,
+                                              static_cast<double>(std::numeric_limits<int>::max()));
+    const auto intervalMs = static_cast<qint64>(std::llround(boundedMs));
+    if (intervalMs % 1000 != 0)
+        return intervalMs;
+    // The refresh falls on the last whole second within the interval: a timer that woke
+    // late doesn't push the next one later, and a clock turns with the second it shows.
+    const qint64 sinceWholeSecond = ((nowMs % 1000) + 1000) % 1000;
+    return intervalMs - sinceWholeSecond;
+}
+
 double PanelRunner::currentTimerInterval() const {
-    return m_timer.interval() / 1000.0;
+    return m_timerInterval;
 }
 
 void PanelRunner::start() {
     m_timer.stop();
     refreshNow();
-    m_timer.start(static_cast<int>(timerInterval(m_panel.refreshInterval) * 1000));
+    m_timerInterval = timerInterval(m_panel.refreshInterval);
+    scheduleNextRefresh();
+}
+
+void PanelRunner::scheduleNextRefresh() {
+    const qint64 delay =
+        msUntilNextRefresh(m_timerInterval, m_services.clock->now().toMSecsSinceEpoch());
+    m_timer.start(static_cast<int>(std::clamp<qint64>(delay, 0, std::numeric_limits<int>::max())));
 }
 
 void PanelRunner::apply(const Panel& panel) {

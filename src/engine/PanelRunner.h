@@ -38,7 +38,9 @@ public:
     // None until a webpage panel first loads its page.
     WebPage* webPage() const { return m_webPage; }
 
-    // Refreshes at once and (re)starts the refresh timer.
+    // Refreshes at once and (re)starts the refresh timer. A whole number of seconds is
+    // kept in step with the wall clock's seconds: a clock turns with the second it shows,
+    // and panels that refresh in the same second wake Corkwheel once between them.
     void start();
     // Takes a new copy of the panel; refreshes when what it shows changed, and restarts
     // the timer when the interval changed.
@@ -49,6 +51,10 @@ public:
 
     // The timer's interval: the panel's refresh interval, but never under one second.
     static double timerInterval(double refreshInterval);
+    // Milliseconds from the wall-clock time `nowMs` (since the epoch) to the next refresh:
+    // `interval` seconds, shortened to the last whole second before then when the
+    // interval is a whole number of seconds.
+    static qint64 msUntilNextRefresh(double interval, qint64 nowMs);
     double currentTimerInterval() const;
     bool isTimerActive() const { return m_timer.isActive(); }
     int remainingTimerMs() const { return m_timer.remainingTime(); }
@@ -72,6 +78,7 @@ private:
     void readFile(const QString& path);
     void refreshStats();
     void loadWebpage(const QString& address);
+    void scheduleNextRefresh();
 
     QUuid m_id;
     Panel m_panel;
@@ -84,7 +91,9 @@ private:
     int m_runningShells = 0;
     WebPage* m_webPage = nullptr;
     ImageLoader* m_imageLoader = nullptr;
+    // Single-shot, armed again after each refresh, so its phase follows the wall clock.
     QTimer m_timer;
+    double m_timerInterval = 1.0;
 };
 
 } // namespace corkwheel

@@ -194,6 +194,39 @@ private Q_SLOTS:
         QVERIFY(runner.remainingTimerMs() > 29'500);
     }
 
+    void wholeSecondIntervalsFallOnTheWallClocksSeconds_data() {
+        QTest::addColumn<double>("interval");
+        QTest::addColumn<qint64>("sinceWholeSecond");
+        QTest::addColumn<qint64>("delay");
+        QTest::newRow("1 s, on the second") << 1.0 << qint64(0) << qint64(1000);
+        QTest::newRow("1 s, 300 ms past") << 1.0 << qint64(300) << qint64(700);
+        QTest::newRow("1 s, 999 ms past") << 1.0 << qint64(999) << qint64(1);
+        QTest::newRow("5 s, 250 ms past") << 5.0 << qint64(250) << qint64(4750);
+        QTest::newRow("2.5 s keeps its length") << 2.5 << qint64(300) << qint64(2500);
+        QTest::newRow("under 1 s waits 1 s") << 0.2 << qint64(0) << qint64(1000);
+    }
+
+    void wholeSecondIntervalsFallOnTheWallClocksSeconds() {
+        QFETCH(double, interval);
+        QFETCH(qint64, sinceWholeSecond);
+        QFETCH(qint64, delay);
+        const qint64 wholeSecond =
+            QDateTime(QDate(2026, 11, 22), QTime(12, 0, 7), Qt::UTC).toMSecsSinceEpoch();
+        QCOMPARE(PanelRunner::msUntilNextRefresh(interval, wholeSecond + sinceWholeSecond), delay);
+    }
+
+    void clockTurnsWithTheSecondItShows() {
+        // Started 300 ms into a second, a clock shows the next second 700 ms later, not a
+        // whole second after it started.
+        m_machine->advanceClock(0.3);
+        PanelRunner runner(panelOf(PanelType::Clock), services());
+        runner.start();
+        QVERIFY(runner.isTimerActive());
+        QCOMPARE(runner.currentTimerInterval(), 1.0);
+        QVERIFY(runner.remainingTimerMs() <= 700);
+        QVERIFY(runner.remainingTimerMs() > 500);
+    }
+
     void applyBeforeStartStarts() {
         PanelRunner runner(panelOf(PanelType::Text), services());
         runner.apply(runner.panel());
