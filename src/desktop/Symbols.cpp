@@ -92,6 +92,14 @@ QHash<QString, QImage>& tintedCache() {
 
 constexpr qsizetype kMaxCachedImages = 256;
 
+// Qt names "hicolor" when the desktop sets no icon theme. That is the freedesktop fallback
+// where applications put their own full-colour icons, not a set of symbols, and reading its
+// index of several thousand lines costs more than drawing the starter panels.
+bool hasChosenIconTheme() {
+    const QString theme = QIcon::themeName();
+    return !theme.isEmpty() && theme != u"hicolor";
+}
+
 } // namespace
 
 const QStringList& names() {
@@ -121,6 +129,8 @@ QIcon bundledIcon(const QString& name) {
 }
 
 QIcon icon(const QString& name) {
+    if (!hasChosenIconTheme())
+        return bundledIcon(name);
     for (const QString& themeName : themeNames(name)) {
         if (QIcon::hasThemeIcon(themeName))
             return QIcon::fromTheme(themeName);

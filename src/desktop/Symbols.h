@@ -24,8 +24,9 @@ const QStringList& names();
 // name fits.
 QStringList themeNames(const QString& name);
 
-// The symbol's icon: the theme's when it has one, otherwise the bundled one. Null for a
-// name Corkwheel doesn't know.
+// The symbol's icon: the icon theme's when the desktop names a theme (not just the
+// "hicolor" fallback) and it has one, otherwise the bundled one. Null for a name Corkwheel
+// doesn't know.
 QIcon icon(const QString& name);
 QIcon bundledIcon(const QString& name);
 

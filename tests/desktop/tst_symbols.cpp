@@ -47,6 +47,25 @@ QImage paintSymbol(const QString& name, double ratio, const QColor& color) {
     });
 }
 
+// An icon theme `name` under `root` whose terminal icon is a filled square, unlike the
+// bundled outline.
+bool writeSquareTerminalTheme(const QString& root, const QString& name) {
+    if (!QDir(root).mkpath(name + QStringLiteral("/scalable/apps")))
+        return false;
+    QFile index(root + u'/' + name + QStringLiteral("/index.theme"));
+    if (!index.open(QIODevice::WriteOnly))
+        return false;
+    index.write("[Icon Theme]\nName=" + name.toUtf8() +
+                "\nDirectories=scalable/apps\n\n"
+                "[scalable/apps]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n");
+    QFile icon(root + u'/' + name + QStringLiteral("/scalable/apps/utilities-terminal.svg"));
+    if (!icon.open(QIODevice::WriteOnly))
+        return false;
+    icon.write("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
+               "<rect width=\"16\" height=\"16\" fill=\"#000\"/></svg>");
+    return true;
+}
+
 } // namespace
 
 class SymbolsTest : public QObject {
@@ -113,19 +132,8 @@ private Q_SLOTS:
     }
 
     void iconThemeComesFirst() {
-        // A theme whose terminal icon is a filled square, unlike the bundled outline.
         QTemporaryDir root;
-        QDir(root.path()).mkpath(QStringLiteral("testtheme/scalable/apps"));
-        QFile index(root.filePath(QStringLiteral("testtheme/index.theme")));
-        QVERIFY(index.open(QIODevice::WriteOnly));
-        index.write("[Icon Theme]\nName=testtheme\nDirectories=scalable/apps\n\n"
-                    "[scalable/apps]\nSize=16\nMinSize=8\nMaxSize=512\nType=Scalable\n");
-        index.close();
-        QFile icon(root.filePath(QStringLiteral("testtheme/scalable/apps/utilities-terminal.svg")));
-        QVERIFY(icon.open(QIODevice::WriteOnly));
-        icon.write("<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
-                   "<rect width=\"16\" height=\"16\" fill=\"#000\"/></svg>");
-        icon.close();
+        QVERIFY(writeSquareTerminalTheme(root.path(), QStringLiteral("testtheme")));
         QIcon::setThemeSearchPaths({root.path()});
         QIcon::setThemeName(QStringLiteral("testtheme"));
 
@@ -137,6 +145,19 @@ private Q_SLOTS:
         const QImage bundled = paintSymbol(QStringLiteral("cpu"), 1, Qt::white);
         QVERIFY(countPixels(bundled, QRectF(2, 2, 16, 16), isVisible) > 16);
         QVERIFY(countPixels(bundled, QRectF(2, 2, 16, 16), isVisible) < 250);
+    }
+
+    void hicolorFallbackAloneGivesTheBundledSymbols() {
+        // Qt names "hicolor" when the desktop names no theme; an application's terminal
+        // icon there is not the user's choice of symbol.
+        QTemporaryDir root;
+        QVERIFY(writeSquareTerminalTheme(root.path(), QStringLiteral("hicolor")));
+        QIcon::setThemeSearchPaths({root.path()});
+        QIcon::setThemeName(QStringLiteral("hicolor"));
+
+        const QImage image = paintSymbol(QStringLiteral("terminal"), 1, Qt::white);
+        QVERIFY(countPixels(image, QRectF(2, 2, 16, 16), isVisible) > 16);
+        QVERIFY(countPixels(image, QRectF(2, 2, 16, 16), isVisible) < 250);
     }
 };
 
