@@ -47,6 +47,17 @@ private Q_SLOTS:
         QCOMPARE(reading, (MemoryReading{0.5, 0.5, 1.0}));
     }
 
+    void figureAfterTabsOrWithoutUnitOrLastNewlineIsRead() {
+        QCOMPARE(memoryReadingFromMeminfo("MemTotal:\t1048576 kB\nMemAvailable:  524288"),
+                 (MemoryReading{0.5, 0.5, 1.0}));
+    }
+
+    void keyWithoutFigureGivesNothing() {
+        QCOMPARE(memoryReadingFromMeminfo("MemTotal:    kB\nMemAvailable: 524288 kB\n"),
+                 MemoryReading{});
+        QCOMPARE(memoryReadingFromMeminfo("MemTotal:"), MemoryReading{});
+    }
+
     void memoryAbovePhysicalSizeCapsFractionButKeepsUsedGB() {
         const MemoryReading reading = memoryReadingFromBytes(20 * kGB, 16 * kGB);
         QCOMPARE(reading.usedFraction, 1.0);
