@@ -94,7 +94,7 @@ constexpr qsizetype kMaxCachedImages = 256;
 
 // Qt names "hicolor" when the desktop sets no icon theme. That is the freedesktop fallback
 // where applications put their own full-colour icons, not a set of symbols, and reading its
-// index of several thousand lines costs more than drawing the starter panels.
+// index of several thousand lines took 5 ms of Corkwheel's start-up.
 bool hasChosenIconTheme() {
     const QString theme = QIcon::themeName();
     return !theme.isEmpty() && theme != u"hicolor";
