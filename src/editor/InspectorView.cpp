@@ -254,7 +254,7 @@ void InspectorView::buildSourceRows(PanelType type) {
     case PanelType::Webpage:
         addSourceLine(QStringLiteral("URL"), QStringLiteral("urlField"), false,
                       QStringLiteral("example.com"));
-        // The refresh interval meant is the stepper in General, which sits above this row.
+        // The interval is the one `m_refreshStepper` sets.
         addSourceNote(QStringLiteral("Reloads automatically at the refresh interval below."));
         break;
     }
