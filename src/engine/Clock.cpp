@@ -9,6 +9,8 @@ namespace {
 class SystemClock final : public Clock {
 public:
     QDateTime now() const override { return QDateTime::currentDateTime(); }
+    // Without the local time zone, which Qt looks up on the disk at every conversion.
+    qint64 nowMSecsSinceEpoch() const override { return QDateTime::currentMSecsSinceEpoch(); }
     double monotonicSeconds() const override {
         using namespace std::chrono;
         return duration<double>(steady_clock::now().time_since_epoch()).count();

@@ -12,6 +12,8 @@ public:
 
     // Wall-clock time, for dates shown to the user.
     virtual QDateTime now() const = 0;
+    // The same time as milliseconds since the epoch, for timing against the wall clock.
+    virtual qint64 nowMSecsSinceEpoch() const { return now().toMSecsSinceEpoch(); }
     // Seconds on a clock that never jumps, for rates and intervals.
     virtual double monotonicSeconds() const = 0;
 

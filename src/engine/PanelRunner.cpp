@@ -81,7 +81,7 @@ void PanelRunner::start() {
 
 void PanelRunner::scheduleNextRefresh() {
     const qint64 delay =
-        msUntilNextRefresh(m_timerInterval, m_services.clock->now().toMSecsSinceEpoch());
+        msUntilNextRefresh(m_timerInterval, m_services.clock->nowMSecsSinceEpoch());
     m_timer.start(static_cast<int>(std::clamp<qint64>(delay, 0, std::numeric_limits<int>::max())));
 }
 

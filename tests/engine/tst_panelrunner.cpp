@@ -215,6 +215,15 @@ private Q_SLOTS:
         QCOMPARE(PanelRunner::msUntilNextRefresh(interval, wholeSecond + sinceWholeSecond), delay);
     }
 
+    void systemClockGivesTheSameTimeInMilliseconds() {
+        const Clock& clock = Clock::system();
+        const qint64 before = clock.now().toMSecsSinceEpoch();
+        const qint64 reading = clock.nowMSecsSinceEpoch();
+        const qint64 after = clock.now().toMSecsSinceEpoch();
+        QVERIFY(before <= reading);
+        QVERIFY(reading <= after);
+    }
+
     void clockTurnsWithTheSecondItShows() {
         // Started 300 ms into a second, a clock shows the next second 700 ms later, not a
         // whole second after it started.
