@@ -1,9 +1,10 @@
 #include "desktop/MonospacedDigits.h"
 
+#include "desktop/FontCache.h"
+#include "desktop/ShapedText.h"
+
 #include <QFontMetricsF>
 #include <QGlyphRun>
-#include <QGuiApplication>
-#include <QHash>
 #include <QPainter>
 #include <QRawFont>
 
@@ -47,19 +48,10 @@ Digits measureDigits(const QFont& font) {
     return digits;
 }
 
-// Kept per font until the application's fonts change.
 const Digits& digitsOf(const QFont& font) {
     constexpr qsizetype kMaxFonts = 32;
-    static QHash<QString, Digits> measured;
-    static const QMetaObject::Connection forget =
-        QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, [] { measured.clear(); });
-    const QString key = font.key();
-    const auto found = measured.constFind(key);
-    if (found != measured.constEnd())
-        return *found;
-    if (measured.size() >= kMaxFonts)
-        measured.clear();
-    return *measured.insert(key, measureDigits(font));
+    static FontCache<QFont, Digits> measured(kMaxFonts);
+    return measured.value(font, [&] { return measureDigits(font); });
 }
 
 // The text cut into runs of digits and runs of anything else.
@@ -105,17 +97,15 @@ void drawDigits(QPainter& painter, QPointF baselineOrigin, QStringView run, cons
 } // namespace
 
 double width(const QFont& font, const QString& text) {
-    const QFontMetricsF metrics(font);
     const double cell = digitsOf(font).cell;
     double total = 0;
     forEachRun(text, [&](QStringView run, bool digits) {
-        total += digits ? cell * run.size() : metrics.horizontalAdvance(run.toString());
+        total += digits ? cell * run.size() : ShapedText::width(font, run.toString());
     });
     return total;
 }
 
 void draw(QPainter& painter, QPointF baselineOrigin, const QString& text) {
-    const QFontMetricsF metrics(painter.font());
     const Digits& digits = digitsOf(painter.font());
     double x = baselineOrigin.x();
     forEachRun(text, [&](QStringView run, bool isDigitRun) {
@@ -124,9 +114,7 @@ void draw(QPainter& painter, QPointF baselineOrigin, const QString& text) {
             x += digits.cell * run.size();
             return;
         }
-        const QString part = run.toString();
-        painter.drawText(QPointF(x, baselineOrigin.y()), part);
-        x += metrics.horizontalAdvance(part);
+        x += ShapedText::draw(painter, QPointF(x, baselineOrigin.y()), run.toString());
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/MonospacedDigits.h"
 #include "desktop/PanelColors.h"
+#include "desktop/ShapedText.h"
 #include "desktop/Symbols.h"
 
 #include <QFontMetricsF>
@@ -126,8 +127,7 @@ void NetworkGraphView::paintHeader(QPainter& painter, const QRectF& rect, const 
     const double titleWidth = std::max(0.0, rect.right() - ratesWidth - kLabelSpacing - titleLeft);
     painter.setFont(font);
     painter.setPen(textColor);
-    painter.drawText(QPointF(titleLeft, baseline),
-                     metrics.elidedText(title(), Qt::ElideRight, titleWidth));
+    ShapedText::drawElided(painter, QPointF(titleLeft, baseline), title(), titleWidth);
     painter.setPen(PanelColors::withOpacity(textColor, kRatesOpacity));
     MonospacedDigits::draw(painter, QPointF(rect.right() - ratesWidth, baseline), rates);
 }

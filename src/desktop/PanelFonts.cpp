@@ -1,12 +1,14 @@
 #include "desktop/PanelFonts.h"
 
+#include "desktop/FontCache.h"
+
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QGuiApplication>
-#include <QHash>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace corkwheel::PanelFonts {
 
@@ -44,14 +46,10 @@ double sizeOf(const QFont& font) {
 // font, which share what it has looked up, are handed out until the application's fonts
 // change, which it announces.
 QFont styleFont(const QString& family, double size) {
-    static QHash<std::pair<QString, int>, QFont> resolved;
-    static const QMetaObject::Connection forget =
-        QObject::connect(qGuiApp, &QGuiApplication::fontDatabaseChanged, [] { resolved.clear(); });
-    const std::pair<QString, int> key(family, pixelSizeFor(size));
-    const auto found = resolved.constFind(key);
-    if (found != resolved.constEnd())
-        return *found;
-    return *resolved.insert(key, resolveStyleFont(family, key.second));
+    constexpr qsizetype kMaxFonts = 64;
+    static FontCache<std::pair<QString, int>, QFont> resolved(kMaxFonts);
+    const int pixelSize = pixelSizeFor(size);
+    return resolved.value({family, pixelSize}, [&] { return resolveStyleFont(family, pixelSize); });
 }
 
 QFont systemFont(double size, QFont::Weight weight) {

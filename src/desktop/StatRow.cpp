@@ -2,6 +2,7 @@
 
 #include "desktop/MonospacedDigits.h"
 #include "desktop/PanelColors.h"
+#include "desktop/ShapedText.h"
 #include "desktop/Symbols.h"
 
 #include <QFontMetricsF>
@@ -84,8 +85,7 @@ void StatRow::paintLine(QPainter& painter, const QRectF& rect, const QFont& font
     const double labelWidth = std::max(0.0, rect.right() - detailWidth - kLabelSpacing - labelLeft);
     painter.setFont(font);
     painter.setPen(color);
-    painter.drawText(QPointF(labelLeft, baseline),
-                     metrics.elidedText(label, Qt::ElideRight, labelWidth));
+    ShapedText::drawElided(painter, QPointF(labelLeft, baseline), label, labelWidth);
     painter.setPen(PanelColors::withOpacity(color, kDetailOpacity));
     MonospacedDigits::draw(painter, QPointF(rect.right() - detailWidth, baseline), detail);
 }
