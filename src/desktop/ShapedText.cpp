@@ -39,7 +39,7 @@ Line shape(const QFont& font, const QString& text) {
 
 const Line& lineOf(const QFont& font, const QString& text) {
     // Far more than the lines of every panel on a desktop; only text that keeps changing,
-    // such as a growing disk name while it is typed, ever fills it.
+    // such as a row's label elided anew at every step of resizing its panel, fills it.
     constexpr qsizetype kMaxLines = 512;
     static FontCache<std::pair<QFont, QString>, Line> lines(kMaxLines);
     return lines.value({font, text}, [&] { return shape(font, text); });
