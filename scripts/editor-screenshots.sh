@@ -6,8 +6,9 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
 root=$(repo_root)
 
-start_virtual_desktop
+# Set first, so that a desktop that fails to start halfway is taken down too.
 trap stop_virtual_desktop EXIT
+start_virtual_desktop
 cmake --build "$root/build" --target take_editor_screenshots
 # The web engine refuses to start as root without this, and has no GPU here.
 QTWEBENGINE_DISABLE_SANDBOX=1 QTWEBENGINE_CHROMIUM_FLAGS=--disable-gpu QT_QPA_PLATFORM=xcb \

@@ -20,6 +20,7 @@ fi
 install_missing_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}"
 configure_and_build "$build_dir" "${options[@]}"
 
-start_virtual_desktop
+# Set first, so that a desktop that fails to start halfway is taken down too.
 trap stop_virtual_desktop EXIT
+start_virtual_desktop
 ctest --test-dir "$build_dir" --output-on-failure -j "$(nproc)"

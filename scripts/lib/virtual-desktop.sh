@@ -23,28 +23,35 @@ start_virtual_desktop() {
     unset WAYLAND_DISPLAY
     export XDG_SESSION_TYPE=x11
 
-    openbox --sm-disable >"$state/openbox.log" 2>&1 &
-    VIRTUAL_DESKTOP_PIDS+=($!)
-    picom --backend xrender >"$state/picom.log" 2>&1 &
-    VIRTUAL_DESKTOP_PIDS+=($!)
     # Tests look for the window manager and the compositor at once, so wait for both.
-    wait_for openbox "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'"
-    wait_for picom "xwininfo -root -children | grep -q '\"picom\"'"
+    start_until openbox "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'" \
+        "$state/openbox.log" openbox --sm-disable
+    start_until picom "xwininfo -root -children | grep -q '\"picom\"'" \
+        "$state/picom.log" picom --backend xrender
     echo "Virtual desktop on $DISPLAY (openbox, picom)"
 }
 
-# wait_for <what> <shell test>: retries the test for up to 10 s.
-wait_for() {
-    local what=$1 test=$2
-    local tries=0
-    until bash -c "$test" 2>/dev/null; do
-        tries=$((tries + 1))
-        if [[ $tries -gt 100 ]]; then
-            echo "$what did not start on $DISPLAY" >&2
-            return 1
-        fi
-        sleep 0.1
+# start_until <what> <shell test> <log> <command...>: starts the command in the background
+# and waits up to 10 s for the test to pass. A client that exits meanwhile is started again,
+# up to three times in all: right after a display was stopped, a new one on the same number
+# can refuse the first connection (picom then gives up with "Can't open display").
+start_until() {
+    local what=$1 test=$2 log=$3
+    shift 3
+    local tries pid
+    for _ in 1 2 3; do
+        "$@" >>"$log" 2>&1 &
+        pid=$!
+        VIRTUAL_DESKTOP_PIDS+=("$pid")
+        for ((tries = 0; tries < 100; tries++)); do
+            bash -c "$test" 2>/dev/null && return 0
+            kill -0 "$pid" 2>/dev/null || break
+            sleep 0.1
+        done
     done
+    echo "$what did not start on $DISPLAY" >&2
+    cat "$log" >&2
+    return 1
 }
 
 stop_virtual_desktop() {
