@@ -7,6 +7,8 @@
 
 #include <QColor>
 #include <QEvent>
+#include <QFont>
+#include <QFontDatabase>
 #include <QImage>
 #include <QPainter>
 #include <QRectF>
@@ -141,6 +143,30 @@ inline QRectF inkBounds(const QImage& image, const std::function<bool(QColor)>& 
     }
     const double ratio = image.devicePixelRatio();
     return QRectF(QPointF(bounds.topLeft()) / ratio, QSizeF(bounds.size()) / ratio);
+}
+
+// An image of text drawn by `draw` in `font` and a white pen, `size` points large at
+// `ratio`, over transparency.
+inline QImage textImage(const QSizeF& size, const QFont& font, double ratio,
+                        const std::function<void(QPainter&)>& draw) {
+    return paintImage(size, ratio, [&](QPainter& painter) {
+        painter.setFont(font);
+        painter.setPen(Qt::white);
+        draw(painter);
+    });
+}
+
+// The system's proportional and fixed-width fonts at the sizes panels use for figures.
+inline QFont proportionalFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+    font.setPixelSize(13);
+    return font;
+}
+
+inline QFont fixedFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(12);
+    return font;
 }
 
 } // namespace corkwheel::test

@@ -71,17 +71,8 @@ int largestDifference(const QImage& a, const QImage& b) {
 
 QImage figuresImage(const QFont& font, double ratio,
                     const std::function<void(QPainter&, QPointF)>& draw) {
-    return paintImage(QSizeF(400, 30), ratio, [&](QPainter& painter) {
-        painter.setFont(font);
-        painter.setPen(Qt::white);
-        draw(painter, QPointF(4, 20));
-    });
-}
-
-QFont proportionalFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPixelSize(13);
-    return font;
+    return textImage(QSizeF(400, 30), font, ratio,
+                     [&](QPainter& painter) { draw(painter, QPointF(4, 20)); });
 }
 
 // A font of this machine whose digits differ in width, where the centring in the cells
@@ -100,12 +91,6 @@ std::optional<QFont> fontWithUnevenDigits() {
             return font;
     }
     return std::nullopt;
-}
-
-QFont fixedFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(12);
-    return font;
 }
 
 } // namespace

@@ -2,7 +2,6 @@
 
 #include "ViewTesting.h"
 
-#include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QTest>
 
@@ -14,24 +13,8 @@ namespace {
 constexpr QSizeF kCanvas(300, 30);
 constexpr QPointF kBaselineOrigin(4, 20);
 
-QFont proportionalFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-    font.setPixelSize(13);
-    return font;
-}
-
-QFont fixedFont() {
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(12);
-    return font;
-}
-
 QImage lineImage(const QFont& font, double ratio, const std::function<void(QPainter&)>& draw) {
-    return paintImage(kCanvas, ratio, [&](QPainter& painter) {
-        painter.setFont(font);
-        painter.setPen(Qt::white);
-        draw(painter);
-    });
+    return textImage(kCanvas, font, ratio, draw);
 }
 
 QImage drawnText(const QFont& font, double ratio, const QString& text) {
@@ -52,8 +35,8 @@ private Q_SLOTS:
         const QString rates = QStringLiteral("Mbps ↓  ");
         QTest::newRow("label, proportional, 1x") << proportionalFont() << 1.0 << "Memory";
         QTest::newRow("label, proportional, 2x") << proportionalFont() << 2.0 << "Memory";
-        QTest::newRow("label, fixed width, 1x") << fixedFont() << 1.0 << "Macintosh HD";
-        QTest::newRow("label, fixed width, 2x") << fixedFont() << 2.0 << "Macintosh HD";
+        QTest::newRow("label, fixed width, 1x") << fixedFont() << 1.0 << "Backup Drive";
+        QTest::newRow("label, fixed width, 2x") << fixedFont() << 2.0 << "Backup Drive";
         QTest::newRow("unit with arrow, 1x") << proportionalFont() << 1.0 << rates;
         QTest::newRow("unit with arrow, 2x") << fixedFont() << 2.0 << rates;
     }
