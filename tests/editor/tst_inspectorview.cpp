@@ -160,9 +160,9 @@ private Q_SLOTS:
     void fractionalRefreshIntervalIsLabelledTruncated_data() {
         QTest::addColumn<double>("interval");
         QTest::addColumn<QString>("label");
-        QTest::newRow("2.5") << 2.5 << QStringLiteral("Refresh every 2s");
-        QTest::newRow("5") << 5.0 << QStringLiteral("Refresh every 5s");
-        QTest::newRow("3599.9") << 3599.9 << QStringLiteral("Refresh every 3599s");
+        QTest::newRow("two and a half seconds") << 2.5 << QStringLiteral("Refresh every 2s");
+        QTest::newRow("five whole seconds") << 5.0 << QStringLiteral("Refresh every 5s");
+        QTest::newRow("just under an hour") << 3599.9 << QStringLiteral("Refresh every 3599s");
     }
 
     void fractionalRefreshIntervalIsLabelledTruncated() {
@@ -311,7 +311,7 @@ private Q_SLOTS:
         QVERIFY(qAbs(colorAt(image, {6, 6}).alpha() - top.alpha()) <= 3);
     }
 
-    void partiallyOpaqueColorIsStoredInAlpha() {
+    void translucentColorIsStoredInAlpha() {
         Panel panel = textPanel(QStringLiteral("Notes"), kFrame);
         open({panel});
         control<ColorWell>("backgroundColorWell")
