@@ -5,7 +5,7 @@ BUILD_PACKAGES=(
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
     qt6-image-formats-plugins
     libgl-dev libxkbcommon-dev libicu-dev nlohmann-json3-dev
-    libxcb1-dev libxcb-shape0-dev
+    libxcb1-dev libxcb-shape0-dev libxcb-xfixes0-dev
     zsh
 )
 

@@ -71,8 +71,7 @@ void DesktopPanelController::updateBackdrop() {
     updateBlurShape();
 }
 
-// Only the blur shape follows the size during a drag; asking the window system whether a
-// compositor runs is a round trip that a drag step need not pay.
+// Only the blur shape follows the size during a drag; the backdrop stays as it was.
 void DesktopPanelController::updateBlurShape() {
     const double radius = m_panel.style.cornerRadius;
     QPainterPath glass;

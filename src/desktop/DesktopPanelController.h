@@ -43,10 +43,13 @@ public:
     DesktopPanelHostView* hostView() const { return m_hostView; }
     PanelRunner& runner() const { return *m_runner; }
 
+    // Translucent over a compositor, over a dark fill without one; again whenever a
+    // compositor starts or quits.
+    void updateBackdrop();
+
 private:
     void connectDrags();
     void pushHostContent(bool editMode);
-    void updateBackdrop();
     void updateBlurShape();
     void moveDragged(QPointF translation);
     void resizeDragged(QPointF translation);

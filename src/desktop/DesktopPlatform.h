@@ -2,6 +2,7 @@
 
 #include <QRect>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -42,6 +43,9 @@ public:
 
     // Whether a compositing manager runs, so translucent windows really are translucent.
     virtual bool hasCompositor() const = 0;
+    // Calls `changed` whenever hasCompositor() changes, as when a compositing manager starts
+    // after Corkwheel or quits; one watcher at a time, an empty function ends the calls.
+    virtual void watchCompositor(std::function<void()> changed) = 0;
 
     // Asks the compositor to blur what lies behind `shape` (window coordinates), where it
     // offers that; does nothing elsewhere.

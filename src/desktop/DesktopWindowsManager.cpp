@@ -23,9 +23,12 @@ DesktopWindowsManager::DesktopWindowsManager(PanelStore& store, DesktopPlatform&
     subscribe();
 }
 
-// The controllers go with the map, without ordering out or closing their windows: the
-// manager only ends with the process.
-DesktopWindowsManager::~DesktopWindowsManager() = default;
+// The platform may outlive the manager, so its compositor watch must not call back. The
+// controllers go with the map, without ordering out or closing their windows: the manager
+// only ends with the process.
+DesktopWindowsManager::~DesktopWindowsManager() {
+    m_platform.watchCompositor({});
+}
 
 DesktopPanelController* DesktopWindowsManager::controller(const QUuid& id) const {
     const auto found = m_controllers.find(id);
@@ -42,6 +45,7 @@ void DesktopWindowsManager::subscribe() {
     connect(m_store, &PanelStore::isEditModeChanged, this, &DesktopWindowsManager::editModeChanged);
     connect(m_store, &PanelStore::panelsHiddenChanged, this,
             &DesktopWindowsManager::panelsHiddenChanged);
+    m_platform.watchCompositor([this] { compositorChanged(); });
     reconcile(m_panels, m_editMode, m_hidden);
 }
 
@@ -53,6 +57,11 @@ void DesktopWindowsManager::panelsChanged() {
 void DesktopWindowsManager::editModeChanged(bool on) {
     m_editMode = on;
     reconcile(m_panels, m_editMode, m_hidden);
+}
+
+void DesktopWindowsManager::compositorChanged() {
+    for (const auto& [id, controller] : m_controllers)
+        controller->updateBackdrop();
 }
 
 void DesktopWindowsManager::panelsHiddenChanged(bool hidden) {

@@ -39,6 +39,7 @@ private:
     void panelsChanged();
     void editModeChanged(bool on);
     void panelsHiddenChanged(bool hidden);
+    void compositorChanged();
     void reconcile(const QList<Panel>& panels, bool editMode, bool hidden);
     void removeControllersNotIn(const QList<Panel>& panels);
     void tearDown(DesktopPanelController& controller);

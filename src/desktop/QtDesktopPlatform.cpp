@@ -79,6 +79,8 @@ bool QtDesktopPlatform::hasCompositor() const {
     return true;
 }
 
+void QtDesktopPlatform::watchCompositor(std::function<void()>) {}
+
 void QtDesktopPlatform::requestBlurBehind(QWidget*, const QPainterPath&) {}
 
 // Qt has no portable way to keep a window out of the taskbar short of changing its type.

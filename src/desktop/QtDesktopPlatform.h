@@ -19,6 +19,7 @@ public:
     void close(QWidget* window) override;
     std::optional<QRect> mainScreenGeometry() const override;
     bool hasCompositor() const override;
+    void watchCompositor(std::function<void()> changed) override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
     void setListedInTaskbar(QWidget* window, bool listed) override;
 

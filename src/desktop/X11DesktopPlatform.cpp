@@ -1,5 +1,8 @@
 #include "desktop/X11DesktopPlatform.h"
 
+#include "desktop/X11CompositorWatch.h"
+#include "desktop/XcbReply.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QPainterPath>
@@ -11,7 +14,6 @@
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
-#include <cstdlib>
 #include <functional>
 #include <memory>
 
@@ -46,10 +48,6 @@ private:
     std::function<void()> m_exposed;
 };
 
-struct FreeDeleter {
-    void operator()(void* reply) const { std::free(reply); }
-};
-
 // The screen number in DISPLAY (":0.1" is screen 1), which is the one Qt connects to.
 int screenNumberOfDisplay() {
     const QByteArray display = qgetenv("DISPLAY");
@@ -71,17 +69,20 @@ xcb_window_t nativeWindow(const QWidget* window) {
 X11DesktopPlatform::X11DesktopPlatform() : m_screenNumber(screenNumberOfDisplay()) {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
         m_connection = x11->connection();
+    if (!m_connection)
+        return;
+    m_compositorWatch = std::make_unique<X11CompositorWatch>(m_connection, m_screenNumber);
+    qGuiApp->installNativeEventFilter(m_compositorWatch.get());
 }
+
+// The watch takes itself out of the application's event filters as it goes.
+X11DesktopPlatform::~X11DesktopPlatform() = default;
 
 std::uint32_t X11DesktopPlatform::atom(const QByteArray& name) const {
     const auto known = m_atoms.constFind(name);
     if (known != m_atoms.constEnd())
         return *known;
-    const auto cookie =
-        xcb_intern_atom(m_connection, 0, static_cast<uint16_t>(name.size()), name.constData());
-    const std::unique_ptr<xcb_intern_atom_reply_t, FreeDeleter> reply(
-        xcb_intern_atom_reply(m_connection, cookie, nullptr));
-    const xcb_atom_t value = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+    const xcb_atom_t value = internAtom(m_connection, name);
     m_atoms.insert(name, value);
     return value;
 }
@@ -155,13 +156,12 @@ void X11DesktopPlatform::orderFront(QWidget* window) {
 }
 
 bool X11DesktopPlatform::hasCompositor() const {
-    if (!m_connection)
-        return false;
-    const QByteArray selection = "_NET_WM_CM_S" + QByteArray::number(m_screenNumber);
-    const auto cookie = xcb_get_selection_owner(m_connection, atom(selection));
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, FreeDeleter> reply(
-        xcb_get_selection_owner_reply(m_connection, cookie, nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return m_compositorWatch && m_compositorWatch->isActive();
+}
+
+void X11DesktopPlatform::watchCompositor(std::function<void()> changed) {
+    if (m_compositorWatch)
+        m_compositorWatch->setChangedCallback(std::move(changed));
 }
 
 // KWin's blur effect reads the region as x, y, width, height quadruples in device pixels;
@@ -228,7 +228,7 @@ void X11DesktopPlatform::changeStateOfUnmappedWindow(QWidget* window, bool add,
     const xcb_window_t id = nativeWindow(window);
     const auto cookie =
         xcb_get_property(m_connection, 0, id, atom("_NET_WM_STATE"), XCB_ATOM_ATOM, 0, 1024);
-    const std::unique_ptr<xcb_get_property_reply_t, FreeDeleter> reply(
+    const XcbReply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection, cookie, nullptr));
     QList<xcb_atom_t> present;
     if (reply && reply->format == 32 && reply->type == XCB_ATOM_ATOM) {

@@ -7,10 +7,13 @@
 #include <QList>
 
 #include <cstdint>
+#include <memory>
 
 struct xcb_connection_t;
 
 namespace corkwheel {
+
+class X11CompositorWatch;
 
 // Panel windows on X11 (also under XWayland): Qt's flags, plus the EWMH hints that Qt does
 // not set: on every workspace, out of the taskbar and pager, a window type that "show
@@ -19,11 +22,13 @@ class X11DesktopPlatform : public QtDesktopPlatform {
 public:
     // The connection of the running xcb application.
     X11DesktopPlatform();
+    ~X11DesktopPlatform() override;
 
     void preparePanelWindow(QWidget* window) override;
     void setPinned(QWidget* window, bool pinned) override;
     void orderFront(QWidget* window) override;
     bool hasCompositor() const override;
+    void watchCompositor(std::function<void()> changed) override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
     void setListedInTaskbar(QWidget* window, bool listed) override;
 
@@ -38,6 +43,7 @@ private:
 
     xcb_connection_t* m_connection = nullptr;
     int m_screenNumber = 0;
+    std::unique_ptr<X11CompositorWatch> m_compositorWatch;
     mutable QHash<QByteArray, std::uint32_t> m_atoms;
 };
 

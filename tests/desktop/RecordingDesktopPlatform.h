@@ -70,6 +70,15 @@ public:
     }
     std::optional<QRect> mainScreenGeometry() const override { return screen; }
     bool hasCompositor() const override { return compositor; }
+    void watchCompositor(std::function<void()> changed) override {
+        compositorWatcher = std::move(changed);
+    }
+    // A compositing manager starting or quitting, as the window system would report it.
+    void setCompositor(bool running) {
+        compositor = running;
+        if (compositorWatcher)
+            compositorWatcher();
+    }
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override {
         record(Op::BlurBehind, window);
         m_windows[window].blurShape = shape;
@@ -96,6 +105,7 @@ public:
 
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
     bool compositor = true;
+    std::function<void()> compositorWatcher;
     // Called after a window was closed, to look at what else was true at that moment.
     std::function<void(const QWidget*)> onClose;
 

@@ -44,6 +44,20 @@ private:
     const QWidget* windowOf(const Panel& panel) const { return controllerOf(panel)->window(); }
     bool isShown(const Panel& panel) const { return m_platform->state(windowOf(panel)).shown; }
 
+    // Under a panel's short text, halfway along its bottom edge: the dark backdrop shows
+    // there, or the translucent panel. Drawn at the panel's size, as a window system would
+    // place it, without a window background, as a translucent window is.
+    QColor belowText(const Panel& panel) const {
+        const QSize size(static_cast<int>(panel.frame.width), static_cast<int>(panel.frame.height));
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        controllerOf(panel)->window()->render(&image, QPoint(), QRegion(), QWidget::DrawChildren);
+        return image.pixelColor(size.width() / 2, size.height() - 4);
+    }
+    static bool isDarkBackdrop(const QColor& color) {
+        return color.alpha() == 255 && color.lightness() < 40;
+    }
+
 private Q_SLOTS:
     void init() {
         m_platform = std::make_unique<RecordingDesktopPlatform>();
@@ -190,6 +204,30 @@ private Q_SLOTS:
         m_platform->clearCalls();
         m_manager.reset();
         QCOMPARE(m_platform->calls().size(), 0);
+    }
+
+    void compositorStartingLaterMakesEveryWindowTranslucent() {
+        m_platform->compositor = false;
+        startWithThreePanels();
+        QVERIFY(isDarkBackdrop(belowText(m_clock)));
+        m_platform->setCompositor(true);
+        for (const Panel& panel : {m_clock, m_notes, m_disabled})
+            QCOMPARE(belowText(panel).alpha(), 0);
+    }
+
+    void compositorQuittingGivesEveryWindowItsDarkBackdrop() {
+        startWithThreePanels();
+        QCOMPARE(belowText(m_notes).alpha(), 0);
+        m_platform->setCompositor(false);
+        for (const Panel& panel : {m_clock, m_notes, m_disabled})
+            QVERIFY(isDarkBackdrop(belowText(panel)));
+    }
+
+    void destroyedManagerStopsWatchingCompositor() {
+        startWithThreePanels();
+        QVERIFY(m_platform->compositorWatcher);
+        m_manager.reset();
+        QVERIFY(!m_platform->compositorWatcher);
     }
 
     void dragIsSavedToDocumentAfterTheLastChange() {
