@@ -10,7 +10,7 @@ BUILD_PACKAGES=(
 )
 
 TEST_PACKAGES=(
-    xvfb openbox picom xdotool wmctrl x11-utils trayer desktop-file-utils
+    xvfb openbox picom xdotool wmctrl x11-utils x11-xserver-utils trayer desktop-file-utils
     fonts-dejavu-core clang-format
 )
 

@@ -83,6 +83,10 @@ void DesktopPanelController::updateBlurShape() {
     m_platform.requestBlurBehind(m_window.get(), glass);
 }
 
+void DesktopPanelController::followMainScreen() {
+    placeWindow(toScreen(m_panel.frame));
+}
+
 // The drag's translation is measured from where it began, so every frame is computed from
 // the frame at the start of the drag; nothing accumulates.
 void DesktopPanelController::moveDragged(QPointF translation) {

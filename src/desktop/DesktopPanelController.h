@@ -46,6 +46,9 @@ public:
     // Translucent over a compositor, over a dark fill without one; again whenever a
     // compositor starts or quits.
     void updateBackdrop();
+    // Places the window at the panel's frame again, measured from where the main screen's
+    // corner is now.
+    void followMainScreen();
 
 private:
     void connectDrags();

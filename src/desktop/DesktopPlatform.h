@@ -40,6 +40,10 @@ public:
     // The main screen's geometry in Qt's global coordinates; panel frames are measured
     // from its top-left corner. None without a screen.
     virtual std::optional<QRect> mainScreenGeometry() const = 0;
+    // Calls `changed` whenever the main screen's geometry may have changed: another screen
+    // became the main one, or it moved or changed size, as when a monitor is plugged in or
+    // the screens are arranged anew. One watcher at a time; an empty function ends the calls.
+    virtual void watchMainScreen(std::function<void()> changed) = 0;
 
     // Whether a compositing manager runs, so translucent windows really are translucent.
     virtual bool hasCompositor() const = 0;

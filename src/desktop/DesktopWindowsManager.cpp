@@ -23,11 +23,12 @@ DesktopWindowsManager::DesktopWindowsManager(PanelStore& store, DesktopPlatform&
     subscribe();
 }
 
-// The platform may outlive the manager, so its compositor watch must not call back. The
+// The platform may outlive the manager, so its watches must not call back. The
 // controllers go with the map, without ordering out or closing their windows: the manager
 // only ends with the process.
 DesktopWindowsManager::~DesktopWindowsManager() {
     m_platform.watchCompositor({});
+    m_platform.watchMainScreen({});
 }
 
 DesktopPanelController* DesktopWindowsManager::controller(const QUuid& id) const {
@@ -46,6 +47,7 @@ void DesktopWindowsManager::subscribe() {
     connect(m_store, &PanelStore::panelsHiddenChanged, this,
             &DesktopWindowsManager::panelsHiddenChanged);
     m_platform.watchCompositor([this] { compositorChanged(); });
+    m_platform.watchMainScreen([this] { mainScreenChanged(); });
     reconcile(m_panels, m_editMode, m_hidden);
 }
 
@@ -62,6 +64,11 @@ void DesktopWindowsManager::editModeChanged(bool on) {
 void DesktopWindowsManager::compositorChanged() {
     for (const auto& [id, controller] : m_controllers)
         controller->updateBackdrop();
+}
+
+void DesktopWindowsManager::mainScreenChanged() {
+    for (const auto& [id, controller] : m_controllers)
+        controller->followMainScreen();
 }
 
 void DesktopWindowsManager::panelsHiddenChanged(bool hidden) {

@@ -40,6 +40,7 @@ private:
     void editModeChanged(bool on);
     void panelsHiddenChanged(bool hidden);
     void compositorChanged();
+    void mainScreenChanged();
     void reconcile(const QList<Panel>& panels, bool editMode, bool hidden);
     void removeControllersNotIn(const QList<Panel>& panels);
     void tearDown(DesktopPanelController& controller);

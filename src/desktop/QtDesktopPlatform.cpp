@@ -73,6 +73,30 @@ std::optional<QRect> QtDesktopPlatform::mainScreenGeometry() const {
     return screen->geometry();
 }
 
+void QtDesktopPlatform::watchMainScreen(std::function<void()> changed) {
+    m_mainScreenChanged = std::move(changed);
+    m_screenWatch.reset();
+    if (!m_mainScreenChanged)
+        return;
+    m_screenWatch = std::make_unique<QObject>();
+    QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, m_screenWatch.get(),
+                     [this](QScreen* screen) {
+                         followMainScreen(screen);
+                         m_mainScreenChanged();
+                     });
+    followMainScreen(QGuiApplication::primaryScreen());
+}
+
+// Only the main screen's own geometry counts, not that of the one that was main before.
+void QtDesktopPlatform::followMainScreen(QScreen* screen) {
+    QObject::disconnect(m_mainScreenGeometry);
+    if (screen) {
+        m_mainScreenGeometry =
+            QObject::connect(screen, &QScreen::geometryChanged, m_screenWatch.get(),
+                             [this] { m_mainScreenChanged(); });
+    }
+}
+
 bool QtDesktopPlatform::hasCompositor() const {
     // Nothing in Qt tells; the platforms that are not X11 (Wayland, the offscreen one)
     // always blend translucent windows.

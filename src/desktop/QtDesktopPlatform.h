@@ -2,7 +2,10 @@
 
 #include "desktop/DesktopPlatform.h"
 
+#include <QObject>
 #include <Qt>
+
+class QScreen;
 
 namespace corkwheel {
 
@@ -18,6 +21,7 @@ public:
     void orderOut(QWidget* window) override;
     void close(QWidget* window) override;
     std::optional<QRect> mainScreenGeometry() const override;
+    void watchMainScreen(std::function<void()> changed) override;
     bool hasCompositor() const override;
     void watchCompositor(std::function<void()> changed) override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
@@ -26,6 +30,14 @@ public:
 protected:
     static Qt::WindowFlags panelFlags(bool pinned);
     static bool isPinned(const QWidget* window);
+
+private:
+    void followMainScreen(QScreen* screen);
+
+    std::function<void()> m_mainScreenChanged;
+    // The receiver of the screens' signals; replaced to drop them all at once.
+    std::unique_ptr<QObject> m_screenWatch;
+    QMetaObject::Connection m_mainScreenGeometry;
 };
 
 } // namespace corkwheel

@@ -69,6 +69,16 @@ public:
             onClose(window);
     }
     std::optional<QRect> mainScreenGeometry() const override { return screen; }
+    void watchMainScreen(std::function<void()> changed) override {
+        mainScreenWatcher = std::move(changed);
+    }
+    // Another main screen, or the same one moved or resized, as the window system would
+    // report it.
+    void setScreen(const std::optional<QRect>& geometry) {
+        screen = geometry;
+        if (mainScreenWatcher)
+            mainScreenWatcher();
+    }
     bool hasCompositor() const override { return compositor; }
     void watchCompositor(std::function<void()> changed) override {
         compositorWatcher = std::move(changed);
@@ -106,6 +116,7 @@ public:
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
     bool compositor = true;
     std::function<void()> compositorWatcher;
+    std::function<void()> mainScreenWatcher;
     // Called after a window was closed, to look at what else was true at that moment.
     std::function<void(const QWidget*)> onClose;
 

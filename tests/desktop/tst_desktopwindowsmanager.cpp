@@ -230,6 +230,41 @@ private Q_SLOTS:
         QVERIFY(!m_platform->compositorWatcher);
     }
 
+    // A monitor plugged in left of the main one moves the main screen's corner, and the
+    // panels go with it; unplugged again, they come back.
+    void mainScreenMovingTakesEveryPanelAlong() {
+        startWithThreePanels();
+        m_platform->setScreen(QRect(1920, 0, 1920, 1080));
+        QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(1960, 40, 360, 80));
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(1960, 140, 280, 210));
+        QCOMPARE(m_platform->state(windowOf(m_disabled)).frame, QRect(1960, 370, 420, 60));
+        m_platform->setScreen(QRect(0, 0, 1920, 1080));
+        QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(40, 40, 360, 80));
+    }
+
+    void mainScreenResizedLeavesPanelsWhereTheyAre() {
+        startWithThreePanels();
+        m_platform->setScreen(QRect(0, 0, 1280, 720));
+        QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(40, 40, 360, 80));
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(40, 140, 280, 210));
+    }
+
+    void mainScreenMovingLeavesTheDocumentAlone() {
+        startWithThreePanels();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->savedPanels().isEmpty(), 2000);
+        QSignalSpy changed(&store(), &PanelStore::panelsChanged);
+        m_platform->setScreen(QRect(1920, 0, 1920, 1080));
+        QCOMPARE(changed.count(), 0);
+        QCOMPARE(controllerOf(m_clock)->panel().frame, m_clock.frame);
+    }
+
+    void destroyedManagerStopsWatchingMainScreen() {
+        startWithThreePanels();
+        QVERIFY(m_platform->mainScreenWatcher);
+        m_manager.reset();
+        QVERIFY(!m_platform->mainScreenWatcher);
+    }
+
     void dragIsSavedToDocumentAfterTheLastChange() {
         startWithThreePanels();
         store().setEditMode(true);

@@ -1,6 +1,7 @@
-// The corkwheel binary on an X display of the test's own, where a compositor starts and
-// quits while the panels are shown, as happens when a session starts its programs in any
-// order or the user restarts the compositor.
+// The corkwheel binary on an X display of the test's own, where the desktop changes under
+// the shown panels: a compositor starts and quits, as when a session starts its programs in
+// any order or the user restarts it, and the main screen moves, as when a monitor is
+// plugged in beside it.
 
 #include "PanelFixtures.h"
 #include "PrivateXServer.h"
@@ -55,9 +56,20 @@ bool isClear(const QColor& color) {
     return color.isValid() && color.alpha() == 0;
 }
 
+// A RandR monitor over part of the screen, as a second monitor appears to Qt; a name
+// starting with "*" makes it the primary one.
+void setMonitor(const QString& name, const QString& geometry) {
+    run(QStringLiteral("xrandr"),
+        {QStringLiteral("--setmonitor"), name, geometry, QStringLiteral("none")});
+}
+
+void deleteMonitor(const QString& name) {
+    run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
+}
+
 } // namespace
 
-class CompositorEndToEndTest : public QObject {
+class DesktopChangesEndToEndTest : public QObject {
     Q_OBJECT
 
 private:
@@ -66,8 +78,10 @@ private:
 
 private Q_SLOTS:
     void initTestCase() {
-        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("picom")).isEmpty(),
-                 "picom is missing: scripts/test.sh installs it");
+        for (const QString& tool : {QStringLiteral("picom"), QStringLiteral("xrandr")}) {
+            QVERIFY2(!QStandardPaths::findExecutable(tool).isEmpty(),
+                     qPrintable(tool + QStringLiteral(" is missing: scripts/test.sh installs it")));
+        }
         QVERIFY2(m_server.start(), "Xvfb did not start");
         // The binary, the compositor and the X tools all go to this display.
         qputenv("DISPLAY", m_server.display());
@@ -76,6 +90,8 @@ private Q_SLOTS:
     void cleanup() {
         m_compositor.terminate();
         m_compositor.waitForFinished(kWait);
+        deleteMonitor(QStringLiteral("right"));
+        deleteMonitor(QStringLiteral("left"));
     }
 
     void panelBackdropFollowsCompositorStartingAndQuitting() {
@@ -94,7 +110,24 @@ private Q_SLOTS:
         QVERIFY(m_compositor.waitForFinished(kWait));
         QTRY_VERIFY_WITH_TIMEOUT(isDarkBackdrop(pixelBelowText(window)), kWait);
     }
+
+    // The screen split in two monitors, the right one the main one; then one screen again.
+    void panelsFollowMainScreenToItsNewCorner() {
+        const Panel panel = textPanel(QStringLiteral("Screens E2E"), {40, 40, 300, 80});
+        const CorkwheelProcess corkwheel({panel});
+        const WId window = shownWindowNamed(panel.name);
+        QVERIFY(window);
+        QCOMPARE(screenGeometry(window).topLeft(), QPoint(40, 40));
+
+        setMonitor(QStringLiteral("left"), QStringLiteral("400/106x600/159+0+0"));
+        setMonitor(QStringLiteral("*right"), QStringLiteral("400/106x600/159+400+0"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window).topLeft(), QPoint(440, 40), kWait);
+
+        deleteMonitor(QStringLiteral("right"));
+        deleteMonitor(QStringLiteral("left"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window).topLeft(), QPoint(40, 40), kWait);
+    }
 };
 
-QTEST_MAIN(CompositorEndToEndTest)
-#include "tst_compositor_e2e.moc"
+QTEST_MAIN(DesktopChangesEndToEndTest)
+#include "tst_desktopchanges_e2e.moc"
