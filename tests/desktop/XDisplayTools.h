@@ -15,6 +15,7 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QWidget>
@@ -24,6 +25,19 @@
 namespace corkwheel::test {
 
 inline constexpr int kWait = 5000;
+
+inline constexpr char kNoDisplay[] =
+    "DISPLAY is not set: these tests need an X display with a window manager and a "
+    "compositor; scripts/test.sh starts one (Xvfb, openbox, picom)";
+
+// Why the tests cannot run: the first of `tools` that is not installed. Empty when all are.
+inline QString missingTool(const QStringList& tools) {
+    for (const QString& tool : tools) {
+        if (QStandardPaths::findExecutable(tool).isEmpty())
+            return tool + QStringLiteral(" is missing: scripts/test.sh installs it");
+    }
+    return {};
+}
 
 // Runs an X tool to the end while this process keeps handling its own window events.
 inline QString run(const QString& program, const QStringList& arguments) {

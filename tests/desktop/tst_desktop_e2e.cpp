@@ -13,7 +13,6 @@
 #include "desktop/PanelResizeHandle.h"
 
 #include <QApplication>
-#include <QStandardPaths>
 #include <QTest>
 
 using namespace corkwheel;
@@ -69,14 +68,10 @@ private:
 
 private Q_SLOTS:
     void initTestCase() {
-        if (!m_hasDisplay) {
-            QSKIP("DISPLAY is not set: these tests need an X display with a window manager and "
-                  "a compositor; scripts/test.sh starts one (Xvfb, openbox, picom)");
-        }
-        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty(),
-                 "xdotool is missing: scripts/test.sh installs it");
-        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("wmctrl")).isEmpty(),
-                 "wmctrl is missing: scripts/test.sh installs it");
+        if (!m_hasDisplay)
+            QSKIP(kNoDisplay);
+        const QString missing = missingTool({QStringLiteral("xdotool"), QStringLiteral("wmctrl")});
+        QVERIFY2(missing.isEmpty(), qPrintable(missing));
         QVERIFY2(!xprop(QStringLiteral("root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK"))
                       .contains(QStringLiteral("not found")),
                  "no EWMH window manager runs on this display");

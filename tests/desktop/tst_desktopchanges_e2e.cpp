@@ -10,7 +10,6 @@
 #include "desktop/XcbReply.h"
 
 #include <QColor>
-#include <QStandardPaths>
 #include <QTest>
 
 #include <xcb/xcb.h>
@@ -78,10 +77,8 @@ private:
 
 private Q_SLOTS:
     void initTestCase() {
-        for (const QString& tool : {QStringLiteral("picom"), QStringLiteral("xrandr")}) {
-            QVERIFY2(!QStandardPaths::findExecutable(tool).isEmpty(),
-                     qPrintable(tool + QStringLiteral(" is missing: scripts/test.sh installs it")));
-        }
+        const QString missing = missingTool({QStringLiteral("picom"), QStringLiteral("xrandr")});
+        QVERIFY2(missing.isEmpty(), qPrintable(missing));
         QVERIFY2(m_server.start(), "Xvfb did not start");
         // The binary, the compositor and the X tools all go to this display.
         qputenv("DISPLAY", m_server.display());

@@ -16,7 +16,6 @@
 
 #include <QApplication>
 #include <QLineEdit>
-#include <QStandardPaths>
 #include <QTest>
 #include <QToolButton>
 
@@ -133,12 +132,10 @@ private:
 
 private Q_SLOTS:
     void initTestCase() {
-        if (!m_hasDisplay) {
-            QSKIP("DISPLAY is not set: these tests need an X display with a window manager and "
-                  "a compositor; scripts/test.sh starts one (Xvfb, openbox, picom)");
-        }
-        QVERIFY2(!QStandardPaths::findExecutable(QStringLiteral("xdotool")).isEmpty(),
-                 "xdotool is missing: scripts/test.sh installs it");
+        if (!m_hasDisplay)
+            QSKIP(kNoDisplay);
+        const QString missing = missingTool({QStringLiteral("xdotool")});
+        QVERIFY2(missing.isEmpty(), qPrintable(missing));
         QVERIFY(m_configHome.isValid());
         qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
     }
