@@ -66,12 +66,12 @@ xcb_window_t nativeWindow(const QWidget* window) {
 
 } // namespace
 
-X11DesktopPlatform::X11DesktopPlatform() : m_screenNumber(screenNumberOfDisplay()) {
+X11DesktopPlatform::X11DesktopPlatform() {
     if (const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>())
         m_connection = x11->connection();
     if (!m_connection)
         return;
-    m_compositorWatch = std::make_unique<X11CompositorWatch>(m_connection, m_screenNumber);
+    m_compositorWatch = std::make_unique<X11CompositorWatch>(m_connection, screenNumberOfDisplay());
     qGuiApp->installNativeEventFilter(m_compositorWatch.get());
 }
 

@@ -42,7 +42,6 @@ private:
     void changeStateOfUnmappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
 
     xcb_connection_t* m_connection = nullptr;
-    int m_screenNumber = 0;
     std::unique_ptr<X11CompositorWatch> m_compositorWatch;
     mutable QHash<QByteArray, std::uint32_t> m_atoms;
 };

@@ -4,7 +4,18 @@
 #include <QProcess>
 #include <QStringList>
 
+#include <xcb/xcb.h>
+
+#include <memory>
+
 namespace corkwheel::test {
+
+struct XcbDisconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+
+// A client connection of the test's own, closed with the object.
+using XcbClient = std::unique_ptr<xcb_connection_t, XcbDisconnect>;
 
 // An Xvfb of the test's own, with no window manager and no compositor, for tests that
 // change what runs on the display. Ends with the object.
@@ -32,6 +43,14 @@ public:
 
     // As DISPLAY names it.
     const QByteArray& display() const { return m_display; }
+
+    // A new client of this server; none when it refused the connection.
+    XcbClient connect() const {
+        XcbClient client(xcb_connect(m_display.constData(), nullptr));
+        if (xcb_connection_has_error(client.get()) != 0)
+            client.reset();
+        return client;
+    }
 
 private:
     QProcess m_server;

@@ -14,22 +14,16 @@
 
 #include <xcb/xcb.h>
 
-#include <memory>
-
 using namespace corkwheel;
 using namespace corkwheel::test;
 
 namespace {
 
-struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-};
-
 // Under a panel's short text, halfway along its bottom edge, as the window's own pixels
 // hold it: the dark backdrop, or nothing for the compositor to blend. Invalid when the
 // window is gone or has no alpha channel.
 QColor pixelBelowText(WId window) {
-    const std::unique_ptr<xcb_connection_t, Disconnect> connection(xcb_connect(nullptr, nullptr));
+    const XcbClient connection(xcb_connect(nullptr, nullptr));
     xcb_connection_t* raw = connection.get();
     const auto id = static_cast<xcb_window_t>(window);
     const XcbReply<xcb_get_geometry_reply_t> geometry(

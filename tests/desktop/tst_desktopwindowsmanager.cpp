@@ -223,13 +223,6 @@ private Q_SLOTS:
             QVERIFY(isDarkBackdrop(belowText(panel)));
     }
 
-    void destroyedManagerStopsWatchingCompositor() {
-        startWithThreePanels();
-        QVERIFY(m_platform->compositorWatcher);
-        m_manager.reset();
-        QVERIFY(!m_platform->compositorWatcher);
-    }
-
     // A monitor plugged in left of the main one moves the main screen's corner, and the
     // panels go with it; unplugged again, they come back.
     void mainScreenMovingTakesEveryPanelAlong() {
@@ -258,10 +251,12 @@ private Q_SLOTS:
         QCOMPARE(controllerOf(m_clock)->panel().frame, m_clock.frame);
     }
 
-    void destroyedManagerStopsWatchingMainScreen() {
+    void destroyedManagerStopsWatchingCompositorAndMainScreen() {
         startWithThreePanels();
+        QVERIFY(m_platform->compositorWatcher);
         QVERIFY(m_platform->mainScreenWatcher);
         m_manager.reset();
+        QVERIFY(!m_platform->compositorWatcher);
         QVERIFY(!m_platform->mainScreenWatcher);
     }
 

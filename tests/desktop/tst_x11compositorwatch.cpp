@@ -12,18 +12,10 @@
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
 
-#include <memory>
-
 using namespace corkwheel;
 using namespace corkwheel::test;
 
 namespace {
-
-struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-};
-
-using Client = std::unique_ptr<xcb_connection_t, Disconnect>;
 
 xcb_window_t rootOf(xcb_connection_t* connection) {
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
@@ -54,16 +46,11 @@ class X11CompositorWatchTest : public QObject {
 
 private:
     PrivateXServer m_server;
-    Client m_watched;
-
-    Client connectToServer() const {
-        Client client(xcb_connect(m_server.display().constData(), nullptr));
-        return xcb_connection_has_error(client.get()) ? nullptr : std::move(client);
-    }
+    XcbClient m_watched;
 
     // Another client owning `selection`, as a compositor does while it runs.
-    Client takeSelection(const QByteArray& selection) const {
-        Client owner = connectToServer();
+    XcbClient takeSelection(const QByteArray& selection) const {
+        XcbClient owner = m_server.connect();
         xcb_connection_t* raw = owner.get();
         const xcb_window_t window = xcb_generate_id(raw);
         xcb_create_window(raw, XCB_COPY_FROM_PARENT, window, rootOf(raw), 0, 0, 1, 1, 0,
@@ -73,13 +60,13 @@ private:
         return owner;
     }
 
-    Client startCompositor() const { return takeSelection("_NET_WM_CM_S0"); }
+    XcbClient startCompositor() const { return takeSelection("_NET_WM_CM_S0"); }
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY2(m_server.start(), "Xvfb did not start"); }
 
     void init() {
-        m_watched = connectToServer();
+        m_watched = m_server.connect();
         QVERIFY(m_watched);
     }
 
@@ -91,7 +78,7 @@ private Q_SLOTS:
     }
 
     void compositorAlreadyRunningIsActiveFromStart() {
-        const Client compositor = startCompositor();
+        const XcbClient compositor = startCompositor();
         const X11CompositorWatch watch(m_watched.get(), 0);
         QVERIFY(watch.isActive());
     }
@@ -100,14 +87,14 @@ private Q_SLOTS:
         X11CompositorWatch watch(m_watched.get(), 0);
         int changes = 0;
         watch.setChangedCallback([&] { ++changes; });
-        const Client compositor = startCompositor();
+        const XcbClient compositor = startCompositor();
         deliver(m_watched.get(), watch);
         QVERIFY(watch.isActive());
         QCOMPARE(changes, 1);
     }
 
     void compositorQuittingIsReported() {
-        Client compositor = startCompositor();
+        XcbClient compositor = startCompositor();
         X11CompositorWatch watch(m_watched.get(), 0);
         int changes = 0;
         watch.setChangedCallback([&] { ++changes; });
@@ -125,7 +112,7 @@ private Q_SLOTS:
         xcb_xfixes_select_selection_input(raw, rootOf(raw), internAtom(raw, "CLIPBOARD"),
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
         sync(raw);
-        const Client clipboardOwner = takeSelection("CLIPBOARD");
+        const XcbClient clipboardOwner = takeSelection("CLIPBOARD");
         QCOMPARE(deliver(raw, watch), 1);
         QVERIFY(!watch.isActive());
         QCOMPARE(changes, 0);
@@ -136,7 +123,7 @@ private Q_SLOTS:
         int changes = 0;
         watch.setChangedCallback([&] { ++changes; });
         watch.setChangedCallback({});
-        const Client compositor = startCompositor();
+        const XcbClient compositor = startCompositor();
         deliver(m_watched.get(), watch);
         QVERIFY(watch.isActive());
         QCOMPARE(changes, 0);
