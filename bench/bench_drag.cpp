@@ -11,11 +11,11 @@
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"
-#include "desktop/DesktopPlatform.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "engine/Clock.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>

@@ -5,21 +5,58 @@
 # locale and UTC unless the test asks for others.
 function(corkwheel_add_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;ENV" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    add_test(NAME ${name} COMMAND ${name})
+    corkwheel_test_environment(_env ${ARG_ENV})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 120)
+endfunction()
+
+# corkwheel_add_window_manager_test(<name> SOURCES ... [LIBS ...] SESSIONS <session:name> ...)
+#
+# An end-to-end desktop test, run once under each window manager: <session> is a virtual
+# desktop of scripts/in-virtual-desktop.sh, <name> the name that window manager gives itself,
+# which the test finds in CORKWHEEL_E2E_WINDOW_MANAGER. Sessions with a desktop icons
+# program ("openbox-pcmanfm") set CORKWHEEL_E2E_DESKTOP_ICONS. Each session is a display of
+# its own; they run one at a time, as window managers and compositors are slow to start.
+function(corkwheel_add_window_manager_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;SESSIONS" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    foreach(_session IN LISTS ARG_SESSIONS)
+        string(REGEX REPLACE ":.*" "" _desktop "${_session}")
+        string(REGEX REPLACE ".*:" "" _manager "${_session}")
+        set(_env QT_QPA_PLATFORM=xcb CORKWHEEL_E2E_WINDOW_MANAGER=${_manager})
+        if(_desktop MATCHES "-")
+            list(APPEND _env CORKWHEEL_E2E_DESKTOP_ICONS=1)
+        endif()
+        corkwheel_test_environment(_env ${_env})
+        add_test(NAME ${name}_${_desktop}
+            COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-virtual-desktop.sh ${_desktop} $<TARGET_FILE:${name}>)
+        set_tests_properties(${name}_${_desktop} PROPERTIES ENVIRONMENT "${_env}"
+            RESOURCE_LOCK windowmanagers TIMEOUT 300)
+    endforeach()
+endfunction()
+
+function(corkwheel_add_test_executable name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE Qt6::Test corkwheel_options ${ARG_LIBS})
     target_compile_definitions(${name} PRIVATE
         CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
-    add_test(NAME ${name} COMMAND ${name})
+endfunction()
+
+# What every test runs with, VAR=value overrides first: no real display, the C.UTF-8 locale
+# and UTC unless the test asks for others.
+function(corkwheel_test_environment out)
     set(_env QT_QPA_PLATFORM=offscreen LC_ALL=C.UTF-8 TZ=UTC
         ASAN_OPTIONS=detect_leaks=1:abort_on_error=0
         LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp
         UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1)
-    foreach(_override IN LISTS ARG_ENV)
+    foreach(_override IN LISTS ARGN)
         string(REGEX REPLACE "=.*" "" _key "${_override}")
         list(FILTER _env EXCLUDE REGEX "^${_key}=")
         list(APPEND _env "${_override}")
     endforeach()
-    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 120)
+    set(${out} "${_env}" PARENT_SCOPE)
 endfunction()
 
 # corkwheel_add_webengine_test(<name> SOURCES ... [LIBS ...])

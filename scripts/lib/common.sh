@@ -12,6 +12,9 @@ BUILD_PACKAGES=(
 TEST_PACKAGES=(
     xvfb openbox picom xdotool wmctrl x11-utils x11-xserver-utils trayer desktop-file-utils
     fonts-dejavu-core clang-format
+    # The window managers the desktop tests run under, their desktop icons programs and the
+    # session bus they want.
+    xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon
 )
 
 # What scripts/check-package.sh needs besides the build and test packages: the freedesktop

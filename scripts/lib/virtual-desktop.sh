@@ -1,8 +1,21 @@
 # A private X display with a window manager and a compositor, for the desktop tests.
+#
+#   start_virtual_desktop [SESSION]
+#
+# SESSION is the desktop to stand in for, openbox by default:
+#   openbox            Openbox with picom (LXQt, LXDE)
+#   openbox-pcmanfm    the same with pcmanfm-qt's desktop icons window (LXQt)
+#   xfwm4              xfwm4 with its own compositor (Xfce)
+#   xfwm4-xfdesktop    the same with xfdesktop's icons window (Xfce)
+#   mutter             GNOME's window manager and compositor
+#   kwin               KDE Plasma's window manager and compositor
+# Every session but the default one gets a session bus of its own, as a desktop has.
 
 VIRTUAL_DESKTOP_PIDS=()
+VIRTUAL_DESKTOP_BUS_PID=
 
 start_virtual_desktop() {
+    local session=${1:-openbox}
     local state
     state=$(mktemp -d)
     # Xvfb picks a free display number itself and writes it to fd 3.
@@ -22,13 +35,49 @@ start_virtual_desktop() {
     export DISPLAY=":$(head -n1 "$state/display")"
     unset WAYLAND_DISPLAY
     export XDG_SESSION_TYPE=x11
+    [[ $session == openbox ]] || start_session_bus
 
     # Tests look for the window manager and the compositor at once, so wait for both.
-    start_until openbox "xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'" \
-        "$state/openbox.log" openbox --sm-disable
-    start_until picom "xwininfo -root -children | grep -q '\"picom\"'" \
-        "$state/picom.log" picom --backend xrender
-    echo "Virtual desktop on $DISPLAY (openbox, picom)"
+    local has_wm="xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'"
+    case $session in
+    openbox | openbox-pcmanfm)
+        start_until openbox "$has_wm" "$state/openbox.log" openbox --sm-disable
+        start_until picom "xwininfo -root -children | grep -q '\"picom\"'" \
+            "$state/picom.log" picom --backend xrender
+        ;;
+    xfwm4 | xfwm4-xfdesktop)
+        start_until xfwm4 "$has_wm" "$state/xfwm4.log" xfwm4 --compositor=on --sm-client-disable
+        ;;
+    mutter)
+        start_until mutter "$has_wm" "$state/mutter.log" mutter --x11 --replace --sm-disable
+        ;;
+    kwin)
+        start_until kwin_x11 "$has_wm" "$state/kwin.log" kwin_x11 --replace
+        ;;
+    *)
+        echo "No such virtual desktop: $session" >&2
+        return 1
+        ;;
+    esac
+    local icons="xdotool search --onlyvisible --class"
+    case $session in
+    openbox-pcmanfm)
+        start_until pcmanfm-qt "$icons '^pcmanfm-qt$'" "$state/icons.log" pcmanfm-qt --desktop
+        ;;
+    xfwm4-xfdesktop)
+        start_until xfdesktop "$icons '^xfdesktop$'" "$state/icons.log" xfdesktop --disable-wm-check
+        ;;
+    esac
+    echo "Virtual desktop on $DISPLAY ($session)"
+}
+
+# A D-Bus session bus for this display; mutter and KWin will not start without one, and
+# Xfce's programs keep their settings behind it. Services it starts on demand end with it.
+start_session_bus() {
+    local address
+    address=$(dbus-daemon --session --fork --print-address=1 --print-pid=1) || return 1
+    export DBUS_SESSION_BUS_ADDRESS=${address%%$'\n'*}
+    VIRTUAL_DESKTOP_BUS_PID=${address##*$'\n'}
 }
 
 # start_until <what> <shell test> <log> <command...>: starts the command in the background
@@ -56,6 +105,11 @@ start_until() {
 
 stop_virtual_desktop() {
     local pid
+    # The services the bus started (settings daemons and the like) first, then the bus.
+    if [[ -n $VIRTUAL_DESKTOP_BUS_PID ]]; then
+        pkill -P "$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
+        kill "$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
+    fi
     for pid in "${VIRTUAL_DESKTOP_PIDS[@]}"; do
         kill "$pid" 2>/dev/null || true
     done

@@ -1,12 +1,12 @@
 #include "app/AppDelegate.h"
 
 #include "app/AppSettings.h"
-#include "desktop/DesktopPlatform.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "editor/EditorWindow.h"
 #include "editor/MenuBarItem.h"
 #include "editor/MenuBarView.h"
 #include "editor/TaskbarDockPolicy.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QCoreApplication>
 

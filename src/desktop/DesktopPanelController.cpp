@@ -2,10 +2,10 @@
 
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
-#include "desktop/DesktopPlatform.h"
 #include "desktop/PanelGeometry.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
+#include "platform/DesktopPlatform.h"
 
 namespace corkwheel {
 
@@ -22,7 +22,10 @@ DesktopPanelController::DesktopPanelController(const Panel& panel, PanelStore* s
     placeWindow(toScreen(panel.frame));
     m_hostView->setPanel(m_panel, false);
     m_runner->start();
-    m_platform.orderFront(m_window.get());
+    // Not ordered front here: the first apply() shows the window or keeps it out. A window
+    // shown and at once ordered out again can still be mapped by a window manager that takes
+    // the map request after the window was withdrawn (xfwm4 does), leaving a disabled panel
+    // on the desktop; and elsewhere it flashes.
     pushHostContent(false);
     connectDrags();
 }

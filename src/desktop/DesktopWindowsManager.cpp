@@ -2,9 +2,9 @@
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelWindow.h"
-#include "desktop/DesktopPlatform.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QSet>
 #include <QThread>

@@ -1,6 +1,6 @@
 #include "editor/TaskbarDockPolicy.h"
 
-#include "desktop/DesktopPlatform.h"
+#include "platform/DesktopPlatform.h"
 
 namespace corkwheel {
 

@@ -7,11 +7,14 @@
 #include "model/Panel.h"
 #include "model/PanelDocument.h"
 
+#include <QColor>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
+#include <QImage>
 #include <QMouseEvent>
+#include <QPixmap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QScreen>
@@ -49,6 +52,10 @@ inline QString run(const QString& program, const QStringList& arguments) {
     timer.start();
     while (process.state() != QProcess::NotRunning && timer.elapsed() < 20000)
         QTest::qWait(10);
+    if (process.state() != QProcess::NotRunning) {
+        process.kill();
+        process.waitForFinished(kWait);
+    }
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
@@ -61,6 +68,19 @@ inline QString xdotool(const QStringList& arguments) {
 inline void showDesktop(bool on) {
     run(QStringLiteral("wmctrl"),
         {QStringLiteral("-k"), on ? QStringLiteral("on") : QStringLiteral("off")});
+}
+
+// Switches to workspace `index` (from 0) and waits until the window manager says it did.
+inline bool switchToWorkspace(int index) {
+    run(QStringLiteral("wmctrl"), {QStringLiteral("-s"), QString::number(index)});
+    return QTest::qWaitFor(
+        [&] {
+            return run(QStringLiteral("xprop"),
+                       {QStringLiteral("-root"), QStringLiteral("_NET_CURRENT_DESKTOP")})
+                .trimmed()
+                .endsWith(QStringLiteral("= ") + QString::number(index));
+        },
+        kWait);
 }
 
 inline QString hex(WId window) {
@@ -124,6 +144,42 @@ inline QList<WId> windowsNamed(const QString& name) {
     for (const QString& line : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
         windows.append(line.trimmed().toULongLong());
     return windows;
+}
+
+// What the screen shows at `at`, as the X server holds it once the compositor has drawn.
+inline QColor screenPixel(QPoint at) {
+    return QGuiApplication::primaryScreen()
+        ->grabWindow(0, at.x(), at.y(), 1, 1)
+        .toImage()
+        .pixelColor(0, 0);
+}
+
+// The window the pointer is over once it has moved to `at`: the top-level window (or the
+// window manager's frame around one) whose input area holds that point, or the root window.
+inline WId windowUnderPointer(QPoint at) {
+    // Not --sync, which waits for a motion that never comes when the pointer is there already.
+    const QString location = xdotool({QStringLiteral("mousemove"), QString::number(at.x()),
+                                      QString::number(at.y()), QStringLiteral("sleep"),
+                                      QStringLiteral("0.1"), QStringLiteral("getmouselocation")});
+    const auto match = QRegularExpression(QStringLiteral("window:(\\d+)")).match(location);
+    return match.hasMatch() ? match.captured(1).toULongLong() : 0;
+}
+
+inline WId activeWindow() {
+    const QString line = xprop(QStringLiteral("root"), QStringLiteral("_NET_ACTIVE_WINDOW"));
+    const auto match = QRegularExpression(QStringLiteral("# (0x[0-9a-f]+)")).match(line);
+    return match.hasMatch() ? match.captured(1).toULongLong(nullptr, 16) : 0;
+}
+
+// The name the running window manager gives itself.
+inline QString windowManagerName() {
+    const QString check = xprop(QStringLiteral("root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK"));
+    const auto match = QRegularExpression(QStringLiteral("# (0x[0-9a-f]+)")).match(check);
+    if (!match.hasMatch())
+        return {};
+    const QString name = xprop(match.captured(1), QStringLiteral("_NET_WM_NAME"));
+    const auto quoted = QRegularExpression(QStringLiteral("\"(.*)\"")).match(name);
+    return quoted.hasMatch() ? quoted.captured(1) : QString();
 }
 
 inline void click(QPoint at) {

@@ -7,7 +7,7 @@
 #include "PrivateXServer.h"
 #include "XDisplayTools.h"
 
-#include "desktop/XcbReply.h"
+#include "platform/XcbReply.h"
 
 #include <QColor>
 #include <QTest>

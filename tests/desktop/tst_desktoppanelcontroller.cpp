@@ -63,6 +63,9 @@ private Q_SLOTS:
 
     void newPanelShowsPinnedWindowAtItsFrame() {
         DesktopPanelController controller(m_panel, &store(), m_platform, clockOnlyServices());
+        // Shown by the first apply, which knows whether the panel is hidden.
+        QVERIFY(!m_platform.state(controller.window()).shown);
+        controller.apply(m_panel, false, false);
         const auto state = m_platform.state(controller.window());
         QCOMPARE(state.frame, QRect(40, 40, 360, 80));
         QVERIFY(state.shown);

@@ -124,6 +124,13 @@ private Q_SLOTS:
         QCOMPARE(m_platform->count(Op::Close), 0);
     }
 
+    void panelDisabledFromTheStartIsNeverOrderedFront() {
+        startWithThreePanels();
+        QVERIFY(!isShown(m_disabled));
+        QCOMPARE(m_platform->count(Op::OrderFront, windowOf(m_disabled)), 0);
+        QCOMPARE(m_platform->count(Op::OrderFront, windowOf(m_clock)), 1);
+    }
+
     void hidingAllOrdersEveryWindowOutAndShowingBringsBackOnlyEnabledOnes() {
         startWithThreePanels();
         store().setPanelsHidden(true);

@@ -1,18 +1,14 @@
 // The editor of the real corkwheel binary on an X display with a window manager and a
 // compositor (scripts/test.sh starts Xvfb, openbox and picom), driven with xdotool as a
-// user drives it. Where a control sits inside the editor is read off an identical editor
-// laid out, never shown, in this process: the same code, fonts and size.
+// user drives it.
 
-#include "PanelFixtures.h"
-#include "XDisplayTools.h"
+#include "EditorOnDisplay.h"
 
 #include "app/AppSettings.h"
-#include "desktop/DesktopPlatform.h"
-#include "editor/EditorView.h"
-#include "editor/EditorWindow.h"
 #include "editor/InspectorView.h"
 #include "editor/TaskbarDockPolicy.h"
 #include "model/PanelStore.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QApplication>
 #include <QLineEdit>
@@ -23,20 +19,6 @@ using namespace corkwheel;
 using namespace corkwheel::test;
 
 namespace {
-
-// The editor window of the binary: the window titled "Corkwheel" at the editor's size.
-WId shownEditor() {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < kWait) {
-        for (WId window : windowsNamed(QStringLiteral("Corkwheel"))) {
-            if (isViewable(window) && screenGeometry(window).size() == EditorWindow::kDefaultSize)
-                return window;
-        }
-        QTest::qWait(50);
-    }
-    return 0;
-}
 
 void typeText(const QString& text) {
     xdotool({QStringLiteral("type"), QStringLiteral("--delay"), QStringLiteral("20"), text});
@@ -115,21 +97,6 @@ private:
         return shownEditor();
     }
 
-    // Where `control` of an editor showing `panels` sits, relative to the editor window.
-    QPoint offsetIn(const QList<Panel>& panels,
-                    const std::function<QWidget*(EditorWindow&)>& control) {
-        StoreFixture fixture(panels);
-        AppSettings settings;
-        EditorWindow editor(*fixture.store, settings, clockOnlyServices());
-        editor.setAttribute(Qt::WA_DontShowOnScreen);
-        editor.show();
-        if (!QTest::qWaitFor([&] { return editor.view().inspector() != nullptr; }))
-            return {-1, -1};
-        QCoreApplication::processEvents();
-        QWidget* widget = control(editor);
-        return widget ? widget->mapTo(&editor, widget->rect().center()) : QPoint(-1, -1);
-    }
-
 private Q_SLOTS:
     void initTestCase() {
         if (!m_hasDisplay)
@@ -153,7 +120,7 @@ private Q_SLOTS:
 
     void renamingInTheInspectorReachesTheDocument() {
         const QList<Panel> panels = {m_alpha, m_beta};
-        const QPoint nameField = offsetIn(panels, [](EditorWindow& editor) -> QWidget* {
+        const QPoint nameField = controlOffset(panels, [](EditorWindow& editor) -> QWidget* {
             return editor.view().inspector()->findChild<QLineEdit*>(QStringLiteral("nameField"));
         });
         QVERIFY(nameField.x() >= 0);
@@ -179,7 +146,7 @@ private Q_SLOTS:
         DesktopStandIn desktop;
         QVERIFY(QTest::qWaitForWindowExposed(&desktop));
         const QList<Panel> panels = {m_alpha};
-        const QPoint editModeButton = offsetIn(panels, [](EditorWindow& editor) -> QWidget* {
+        const QPoint editModeButton = controlOffset(panels, [](EditorWindow& editor) -> QWidget* {
             return editor.buttonFor(editor.editModeAction());
         });
         startCorkwheel(panels);

@@ -4,8 +4,8 @@
 
 #include "PrivateXServer.h"
 
-#include "desktop/X11CompositorWatch.h"
-#include "desktop/XcbReply.h"
+#include "platform/X11CompositorWatch.h"
+#include "platform/XcbReply.h"
 
 #include <QTest>
 

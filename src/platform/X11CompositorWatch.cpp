@@ -1,6 +1,6 @@
-#include "desktop/X11CompositorWatch.h"
+#include "platform/X11CompositorWatch.h"
 
-#include "desktop/XcbReply.h"
+#include "platform/XcbReply.h"
 
 #include <QByteArray>
 

@@ -1,7 +1,7 @@
-#include "desktop/DesktopPlatform.h"
+#include "platform/DesktopPlatform.h"
 
-#include "desktop/QtDesktopPlatform.h"
-#include "desktop/X11DesktopPlatform.h"
+#include "platform/QtDesktopPlatform.h"
+#include "platform/X11DesktopPlatform.h"
 
 #include <QGuiApplication>
 

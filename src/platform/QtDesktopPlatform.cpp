@@ -1,4 +1,4 @@
-#include "desktop/QtDesktopPlatform.h"
+#include "platform/QtDesktopPlatform.h"
 
 #include <QGuiApplication>
 #include <QScreen>

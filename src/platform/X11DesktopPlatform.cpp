@@ -1,7 +1,8 @@
-#include "desktop/X11DesktopPlatform.h"
+#include "platform/X11DesktopPlatform.h"
 
-#include "desktop/X11CompositorWatch.h"
-#include "desktop/XcbReply.h"
+#include "platform/PanelWindowType.h"
+#include "platform/X11CompositorWatch.h"
+#include "platform/XcbReply.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -24,7 +25,6 @@ namespace {
 // Qt's xcb plugin writes _NET_WM_WINDOW_TYPE itself whenever a window's flags change; this
 // window property tells it which type to write (its value for the splash type).
 constexpr char kQtWindowTypeProperty[] = "_q_xcb_wm_window_type";
-constexpr int kQtSplashWindowType = 0x40;
 
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 
@@ -100,15 +100,11 @@ void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
     QtDesktopPlatform::preparePanelWindow(window);
     if (!m_connection)
         return;
-    // Openbox and xfwm4 hide every normal and utility window for "show desktop", but leave
-    // splash windows, which still honour the below state; the desktop type is no choice, as
-    // desktop environments raise their own desktop window over it when it is clicked.
     // Qt rewrites the type from its property whenever the flags change, and writes it here
     // in the same order, so both agree.
-    setAtomList(nativeWindow(window), "_NET_WM_WINDOW_TYPE",
-                {"_NET_WM_WINDOW_TYPE_SPLASH", "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE",
-                 "_NET_WM_WINDOW_TYPE_NORMAL"});
-    window->windowHandle()->setProperty(kQtWindowTypeProperty, kQtSplashWindowType);
+    const PanelWindowType type = panelWindowTypeFor(windowManagerName());
+    setAtomList(nativeWindow(window), "_NET_WM_WINDOW_TYPE", type.atoms);
+    window->windowHandle()->setProperty(kQtWindowTypeProperty, type.qtType);
     setReceivesMouse(window, false);
     // Window managers copy the input shape to their frame only when told of a change after
     // they took the window in; one set before that leaves the frame catching every click.
@@ -117,9 +113,43 @@ void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
 }
 
 void X11DesktopPlatform::setPinned(QWidget* window, bool pinned) {
+    const bool wasPinned = isPinned(window);
     QtDesktopPlatform::setPinned(window, pinned);
-    if (m_connection)
-        setReceivesMouse(window, !pinned);
+    if (!m_connection)
+        return;
+    setReceivesMouse(window, !pinned);
+    if (pinned && !wasPinned && window->isVisible())
+        lowerWithinLayer(window);
+}
+
+// A window manager that keeps a kept-below window among the normal ones (KWin does so with
+// docks) leaves a panel that comes down from edit mode above them; asked, it lowers it to
+// the bottom, where the others lie back over it. Elsewhere the panel is at the bottom of a
+// layer of its own already.
+void X11DesktopPlatform::lowerWithinLayer(QWidget* window) {
+    const std::uint32_t below = XCB_STACK_MODE_BELOW;
+    xcb_configure_window(m_connection, nativeWindow(window), XCB_CONFIG_WINDOW_STACK_MODE, &below);
+    xcb_flush(m_connection);
+}
+
+// The name the running window manager gives itself; empty when none runs.
+QString X11DesktopPlatform::windowManagerName() const {
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const auto windowProperty = [this](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
+        return XcbReply<xcb_get_property_reply_t>(xcb_get_property_reply(
+            m_connection, xcb_get_property(m_connection, 0, window, property, type, 0, 256),
+            nullptr));
+    };
+    const auto check = windowProperty(root, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
+    if (!check || check->format != 32 || xcb_get_property_value_length(check.get()) < 4)
+        return {};
+    const xcb_window_t manager =
+        *static_cast<const xcb_window_t*>(xcb_get_property_value(check.get()));
+    const auto name = windowProperty(manager, atom("_NET_WM_NAME"), atom("UTF8_STRING"));
+    if (!name || name->format != 8)
+        return {};
+    return QString::fromUtf8(static_cast<const char*>(xcb_get_property_value(name.get())),
+                             xcb_get_property_value_length(name.get()));
 }
 
 // The input shape decides where the pointer falls through to the windows below: empty, it

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/DesktopPlatform.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QObject>
 #include <Qt>

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "desktop/QtDesktopPlatform.h"
+#include "platform/QtDesktopPlatform.h"
 
 #include <QByteArray>
 #include <QHash>
 #include <QList>
+#include <QString>
 
 #include <cstdint>
 #include <memory>
@@ -16,8 +17,9 @@ namespace corkwheel {
 class X11CompositorWatch;
 
 // Panel windows on X11 (also under XWayland): Qt's flags, plus the EWMH hints that Qt does
-// not set: on every workspace, out of the taskbar and pager, a window type that "show
-// desktop" leaves alone, the compositor check and blur behind the glass background.
+// not set: on every workspace, out of the taskbar and pager, a window type that the running
+// window manager keeps below and in place through "show desktop", the compositor check and
+// blur behind the glass background.
 class X11DesktopPlatform : public QtDesktopPlatform {
 public:
     // The connection of the running xcb application.
@@ -38,6 +40,8 @@ private:
                      const QList<QByteArray>& values);
     void setDesktopWideState(QWidget* window);
     void setReceivesMouse(QWidget* window, bool receives);
+    void lowerWithinLayer(QWidget* window);
+    QString windowManagerName() const;
     void changeStateOfMappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
     void changeStateOfUnmappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
 

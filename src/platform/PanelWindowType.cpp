@@ -1,0 +1,33 @@
+#include "platform/PanelWindowType.h"
+
+namespace corkwheel {
+
+namespace {
+
+// Qt's xcb plugin's own values of the two types (QXcbWindow::NetWmType).
+constexpr int kQtDockType = 0x4;
+constexpr int kQtSplashType = 0x40;
+
+} // namespace
+
+// Mutter hides every window but desktop and dock windows while the desktop is shown; KWin
+// centres splash windows on one workspace and, while the desktop is shown, lifts Plasma's
+// desktop window over every window but docks; xfwm4 puts a splash window shown again above
+// the others. All of them keep a dock that asks to be kept below under the normal windows
+// (KWin among them, so pinning also lowers the window). Openbox alone puts such a dock among
+// the normal windows, above them when it is shown again, but leaves kept-below splash
+// windows under them and in place through "show desktop". The desktop type is no choice
+// anywhere: desktop environments raise their own desktop window over it as soon as the
+// desktop is clicked.
+PanelWindowType panelWindowTypeFor(const QString& windowManagerName) {
+    if (windowManagerName == QStringLiteral("Openbox")) {
+        return {{"_NET_WM_WINDOW_TYPE_SPLASH", "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE",
+                 "_NET_WM_WINDOW_TYPE_NORMAL"},
+                kQtSplashType};
+    }
+    return {{"_NET_WM_WINDOW_TYPE_DOCK", "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE",
+             "_NET_WM_WINDOW_TYPE_NORMAL"},
+            kQtDockType};
+}
+
+} // namespace corkwheel
