@@ -23,7 +23,7 @@ namespace corkwheel {
 namespace {
 
 // Qt's xcb plugin writes _NET_WM_WINDOW_TYPE itself whenever a window's flags change; this
-// window property tells it which type to write (its value for the splash type).
+// window property tells it which type to write.
 constexpr char kQtWindowTypeProperty[] = "_q_xcb_wm_window_type";
 
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
