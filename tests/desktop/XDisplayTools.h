@@ -165,19 +165,23 @@ inline WId windowUnderPointer(QPoint at) {
     return match.hasMatch() ? match.captured(1).toULongLong() : 0;
 }
 
-inline WId activeWindow() {
-    const QString line = xprop(QStringLiteral("root"), QStringLiteral("_NET_ACTIVE_WINDOW"));
+// The window a property of the root window names, as xprop prints it ("window id # 0x…").
+inline WId rootWindowProperty(const QString& name) {
+    const QString line = xprop(QStringLiteral("root"), name);
     const auto match = QRegularExpression(QStringLiteral("# (0x[0-9a-f]+)")).match(line);
     return match.hasMatch() ? match.captured(1).toULongLong(nullptr, 16) : 0;
 }
 
+inline WId activeWindow() {
+    return rootWindowProperty(QStringLiteral("_NET_ACTIVE_WINDOW"));
+}
+
 // The name the running window manager gives itself.
 inline QString windowManagerName() {
-    const QString check = xprop(QStringLiteral("root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK"));
-    const auto match = QRegularExpression(QStringLiteral("# (0x[0-9a-f]+)")).match(check);
-    if (!match.hasMatch())
+    const WId check = rootWindowProperty(QStringLiteral("_NET_SUPPORTING_WM_CHECK"));
+    if (check == 0)
         return {};
-    const QString name = xprop(match.captured(1), QStringLiteral("_NET_WM_NAME"));
+    const QString name = xprop(hex(check), QStringLiteral("_NET_WM_NAME"));
     const auto quoted = QRegularExpression(QStringLiteral("\"(.*)\"")).match(name);
     return quoted.hasMatch() ? quoted.captured(1) : QString();
 }

@@ -100,6 +100,7 @@ private:
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<DesktopWindowsManager> m_manager;
+    std::unique_ptr<OrdinaryWindow> m_ordinary;
 
     Panel m_alpha = filledPanel(QStringLiteral("E2E Alpha"), {100, 100, 300, 80});
     Panel m_beta = filledPanel(QStringLiteral("E2E Beta"), {100, 400, 300, 80});
@@ -145,11 +146,14 @@ private:
         QCOMPARE(hex(underPanel), hex(desktop));
     }
 
-    // Opens an ordinary window over `panel` and checks that it hides the panel.
-    void verifyWindowCovers(const QRect& panel) {
-        OrdinaryWindow ordinary(QStringLiteral("E2E Ordinary"), panel.adjusted(-40, -40, 40, 40));
-        QVERIFY(QTest::qWaitForWindowExposed(&ordinary));
-        QTRY_VERIFY_WITH_TIMEOUT(screenGeometry(ordinary.winId()).contains(sampleOf(panel)), kWait);
+    // Opens an ordinary window over `panel`, kept until the test ends (or the next one is
+    // opened), and checks that it hides the panel.
+    void openWindowOver(const QRect& panel) {
+        m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"),
+                                                      panel.adjusted(-40, -40, 40, 40));
+        QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
+        QTRY_VERIFY_WITH_TIMEOUT(screenGeometry(m_ordinary->winId()).contains(sampleOf(panel)),
+                                 kWait);
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
     }
 
@@ -185,6 +189,7 @@ private Q_SLOTS:
             showDesktop(false);
         QTRY_VERIFY_WITH_TIMEOUT(!isShowingDesktop(), kWait);
         QVERIFY(switchToWorkspace(0));
+        m_ordinary.reset();
         m_corkwheel.reset();
         m_manager.reset();
         m_fixture.reset();
@@ -206,7 +211,7 @@ private Q_SLOTS:
     void ordinaryWindowOpenedOverPanelCoversIt() {
         QVERIFY(startCorkwheel({m_alpha}, m_alpha));
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);
-        verifyWindowCovers(rectOf(m_alpha.frame));
+        openWindowOver(rectOf(m_alpha.frame));
     }
 
     void pointerOverPanelIsOverTheDesktopBeneath() {
@@ -238,9 +243,7 @@ private Q_SLOTS:
         const WId window = startCorkwheel({m_alpha}, m_alpha);
         QVERIFY(window);
         const QRect panel = rectOf(m_alpha.frame);
-        OrdinaryWindow ordinary(QStringLiteral("E2E Ordinary"), panel.adjusted(-40, -40, 40, 40));
-        QVERIFY(QTest::qWaitForWindowExposed(&ordinary));
-        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
+        openWindowOver(panel);
 
         showDesktop(true);
         QTRY_VERIFY_WITH_TIMEOUT(isShowingDesktop(), kWait);
@@ -253,7 +256,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!isShowingDesktop(), kWait);
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
         QVERIFY(isViewable(window));
-        ordinary.hide();
+        m_ordinary->hide();
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
     }
 
@@ -264,7 +267,7 @@ private Q_SLOTS:
         click(kEmptyDesktop);
         QTest::qWait(500);
         QVERIFY(panelIsSeenAt(sampleOf(panel)));
-        verifyWindowCovers(panel);
+        openWindowOver(panel);
     }
 
     void panelIsLeftOutOfTaskbarPagerAndSwitcher() {
@@ -306,9 +309,7 @@ private Q_SLOTS:
                  QStringLiteral("900"), QStringLiteral("300")});
         QTest::qWait(300);
         const QRect start = rectOf(m_alpha.frame);
-        OrdinaryWindow ordinary(QStringLiteral("E2E Ordinary"), start.adjusted(-40, -40, 40, 40));
-        QVERIFY(QTest::qWaitForWindowExposed(&ordinary));
-        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(start)), kWait);
+        openWindowOver(start);
 
         clickEditorButton(editor, editModeButton);
         // Above ordinary windows, taking the mouse.
@@ -325,7 +326,7 @@ private Q_SLOTS:
         QCOMPARE(screenGeometry(window), moved);
         QVERIFY(isViewable(window));
         verifyPointerPassesThrough(moved, window);
-        verifyWindowCovers(moved);
+        openWindowOver(moved);
     }
 
     // The stores and windows managers below live in this process.
@@ -334,9 +335,7 @@ private Q_SLOTS:
         startInProcess({m_alpha});
         const QRect panel = rectOf(m_alpha.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
-        OrdinaryWindow ordinary(QStringLiteral("E2E Ordinary"), panel.adjusted(-40, -40, 40, 40));
-        QVERIFY(QTest::qWaitForWindowExposed(&ordinary));
-        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
+        openWindowOver(panel);
 
         store().setPanelsHidden(true);
         QTRY_VERIFY_WITH_TIMEOUT(!isViewable(windowOf(m_alpha)), kWait);
