@@ -3,8 +3,6 @@
 #include "engine/InterfaceDisplayInfo.h"
 #include "engine/RouteTable.h"
 
-#include <algorithm>
-
 namespace corkwheel {
 
 namespace {
@@ -25,6 +23,14 @@ NetworkStatsSampler& NetworkStatsSampler::shared() {
 
 NetworkSample NetworkStatsSampler::sample() {
     const double now = m_clock.monotonicSeconds();
+    if (const auto recent = m_recent.at(now))
+        return *recent;
+    const NetworkSample result = measure(now);
+    m_recent.keep(result, now);
+    return result;
+}
+
+NetworkSample NetworkStatsSampler::measure(double now) {
     const auto name = primaryInterfaceName();
     const auto counters = name ? readInterfaceCounters(m_source, *name) : std::nullopt;
     if (!counters)
@@ -60,7 +66,8 @@ bool NetworkStatsSampler::hasBaselineFor(const QString& interfaceName) const {
 
 void NetworkStatsSampler::measureRates(NetworkSample& sample, const InterfaceCounters& counters,
                                        double now) const {
-    const double seconds = std::max(now - *m_lastTime, kMinimumInterval);
+    // Never less than RecentReading's window, within which the last sample is handed out.
+    const double seconds = now - *m_lastTime;
     sample.downBytesPerSec = perSecond(counters.rx, m_lastCounters->rx, seconds);
     sample.upBytesPerSec = perSecond(counters.tx, m_lastCounters->tx, seconds);
 }

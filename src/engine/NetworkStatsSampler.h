@@ -4,6 +4,7 @@
 #include "engine/InterfaceCounters.h"
 #include "engine/NetworkSample.h"
 #include "engine/NetworkSource.h"
+#include "engine/RecentReading.h"
 
 #include <QString>
 
@@ -13,7 +14,8 @@ namespace corkwheel {
 
 // Measures the throughput of the primary network interface. One instance serves every
 // system-stats panel, so each rate covers the time since the previous sample taken for any
-// panel. Main thread only: the baseline is unguarded.
+// panel, and a sample asked for again within RecentReading's window is the sample already
+// taken. Main thread only: the baseline is unguarded.
 class NetworkStatsSampler {
 public:
     NetworkStatsSampler(const NetworkSource& source, const Clock& clock);
@@ -27,12 +29,9 @@ public:
     // after a spell without network) is a baseline with rates 0.
     NetworkSample sample();
 
-    // Rates are never divided by less than this, so two samples in quick succession can't
-    // turn a few bytes into a spike.
-    static constexpr double kMinimumInterval = 0.1;
-
 private:
     std::optional<QString> primaryInterfaceName() const;
+    NetworkSample measure(double now);
     NetworkSample noNetwork(double now);
     bool hasBaselineFor(const QString& interfaceName) const;
     // Bytes per second from the baseline to `counters`; 0 in a direction whose counter went
@@ -44,6 +43,7 @@ private:
     std::optional<QString> m_lastInterfaceName;
     std::optional<InterfaceCounters> m_lastCounters;
     std::optional<double> m_lastTime;
+    RecentReading<NetworkSample> m_recent;
 };
 
 } // namespace corkwheel

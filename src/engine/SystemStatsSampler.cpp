@@ -21,38 +21,53 @@ void requireMainThread() {
 
 } // namespace
 
-SystemStatsSampler::SystemStatsSampler(const SystemSource& source) : m_source(source) {}
+SystemStatsSampler::SystemStatsSampler(const SystemSource& source, const Clock& clock)
+    : m_source(source), m_clock(clock) {}
 
 SystemStatsSampler& SystemStatsSampler::shared() {
-    static SystemStatsSampler sampler(SystemSource::real());
+    static SystemStatsSampler sampler(SystemSource::real(), Clock::system());
     return sampler;
 }
 
 double SystemStatsSampler::sampleCPU() {
     requireMainThread();
+    const double now = m_clock.monotonicSeconds();
+    if (const auto recent = m_recentCPU.at(now))
+        return *recent;
     const auto stat = m_source.readFile(QStringLiteral("/proc/stat"));
     const auto current = stat ? parseCpuTicks(*stat) : std::nullopt;
     if (!current)
         return 0.0;
     const double usage = m_previousCPUTicks ? cpuBusyShare(*m_previousCPUTicks, *current) : 0.0;
     m_previousCPUTicks = current;
+    m_recentCPU.keep(usage, now);
     return usage;
 }
 
 MemoryReading SystemStatsSampler::sampleMemory() {
     requireMainThread();
+    const double now = m_clock.monotonicSeconds();
+    if (const auto recent = m_recentMemory.at(now))
+        return *recent;
     const auto meminfo = m_source.readFile(QStringLiteral("/proc/meminfo"));
-    return meminfo ? memoryReadingFromMeminfo(*meminfo) : MemoryReading{};
+    const MemoryReading memory = meminfo ? memoryReadingFromMeminfo(*meminfo) : MemoryReading{};
+    m_recentMemory.keep(memory, now);
+    return memory;
 }
 
 QList<DiskInfo> SystemStatsSampler::sampleDisks() {
     requireMainThread();
+    const double now = m_clock.monotonicSeconds();
+    if (const auto recent = m_recentDisks.at(now))
+        return *recent;
     // Asked on the first call too, so that a change the first reading already saw does
     // not count again.
     const bool changed = m_source.mountTableChanged();
     m_volumes = changed || !m_volumes ? readMountedVolumes(m_source)
                                       : withCurrentCapacities(m_source, *m_volumes);
-    return diskList(*m_volumes);
+    const QList<DiskInfo> disks = diskList(*m_volumes);
+    m_recentDisks.keep(disks, now);
+    return disks;
 }
 
 } // namespace corkwheel

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "engine/Clock.h"
 #include "engine/CpuTicks.h"
 #include "engine/DiskInfo.h"
 #include "engine/MemoryReading.h"
+#include "engine/RecentReading.h"
 #include "engine/SystemSource.h"
 #include "engine/VolumeReading.h"
 
@@ -14,10 +16,12 @@ namespace corkwheel {
 
 // Takes readings of CPU load, memory and mounted volumes. One instance serves every
 // system-stats panel, so a CPU reading covers the time since the previous reading taken
-// for any panel. Main thread only: the CPU baseline is unguarded.
+// for any panel, and a figure asked for again within RecentReading's window is the reading
+// already taken: every panel shows the same figures. Main thread only: the CPU baseline
+// is unguarded.
 class SystemStatsSampler {
 public:
-    explicit SystemStatsSampler(const SystemSource& source);
+    SystemStatsSampler(const SystemSource& source, const Clock& clock);
     SystemStatsSampler(const SystemStatsSampler&) = delete;
     SystemStatsSampler& operator=(const SystemStatsSampler&) = delete;
 
@@ -35,7 +39,11 @@ public:
 
 private:
     const SystemSource& m_source;
+    const Clock& m_clock;
     std::optional<CpuTicks> m_previousCPUTicks;
+    RecentReading<double> m_recentCPU;
+    RecentReading<MemoryReading> m_recentMemory;
+    RecentReading<QList<DiskInfo>> m_recentDisks;
     std::optional<QList<VolumeReading>> m_volumes;
 };
 

@@ -23,7 +23,7 @@ inline constexpr quint64 kGiB = Q_UINT64_C(1) << 30;
 class FakeMachine {
 public:
     FakeMachine()
-        : m_systemSampler(std::make_unique<SystemStatsSampler>(m_system)),
+        : m_systemSampler(std::make_unique<SystemStatsSampler>(m_system, m_clock)),
           m_networkSampler(std::make_unique<NetworkStatsSampler>(m_network, m_clock)) {
         m_system.setFile(QStringLiteral("/proc/meminfo"),
                          "MemTotal:        8388608 kB\nMemAvailable:    4194304 kB\n");
@@ -54,8 +54,11 @@ public:
 
     // The next CPU reading gives `usage` (in thousandths).
     void setNextCpuUsage(int thousandths) {
+        // Each reading a second after the one before, so none is the reading already taken.
+        m_clock.advance(1);
         m_system.setFile(QStringLiteral("/proc/stat"), "cpu  0 0 0 0 0 0 0 0 0 0\n");
         m_systemSampler->sampleCPU();
+        m_clock.advance(1);
         m_system.setFile(QStringLiteral("/proc/stat"),
                          QStringLiteral("cpu  %1 0 0 %2 0 0 0 0 0 0\n")
                              .arg(thousandths)

@@ -21,4 +21,18 @@ private:
     double m_monotonic = 1000;
 };
 
+// A clock a second further on every time it is read, as if every reading came in a
+// refresh of its own.
+class SteppingClock final : public corkwheel::Clock {
+public:
+    QDateTime now() const override { return m_clock.now(); }
+    double monotonicSeconds() const override {
+        m_clock.advance(1);
+        return m_clock.monotonicSeconds();
+    }
+
+private:
+    mutable MockClock m_clock;
+};
+
 } // namespace corkwheel::test

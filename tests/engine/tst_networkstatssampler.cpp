@@ -86,15 +86,23 @@ private Q_SLOTS:
         QCOMPARE(sampler.sample(), wifi(2000, 500));
     }
 
-    void samplesCloserThanATenthOfASecondDivideByATenth() {
+    void sampleAskedForInTheSameWakeUpIsTheLastSample() {
         FakeNetworkSource source;
         MockClock clock;
         setUpLaptop(source);
         NetworkStatsSampler sampler(source, clock);
         sampler.sample();
+        clock.advance(2);
+        setCounters(source, kWifi, 5'002'000, 801'000);
+        const NetworkSample measured = sampler.sample();
+        QCOMPARE(measured, wifi(1'000, 500));
+        // Another panel a moment later: the same figures, not the rate over that moment.
         clock.advance(0.05);
-        setCounters(source, kWifi, 5'001'000, 800'500);
-        QCOMPARE(sampler.sample(), wifi(10'000, 5'000));
+        setCounters(source, kWifi, 5'003'000, 801'000);
+        QCOMPARE(sampler.sample(), measured);
+        // The next wake-up measures from the last real sample.
+        clock.advance(0.95);
+        QCOMPARE(sampler.sample(), wifi(1'000, 0));
     }
 
     void backwardsReceivedCounterGivesZeroDownloadAndBecomesBaseline() {

@@ -16,6 +16,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
+#include <vector>
+
 #include <csignal>
 
 using namespace corkwheel;
@@ -405,8 +408,39 @@ private Q_SLOTS:
         QCOMPARE(runner.stats().cpuUsage, 0.0); // the first reading is a baseline
         m_machine->system().setFile(QStringLiteral("/proc/stat"),
                                     "cpu  175 0 125 900 0 0 0 0 0 0\n");
+        m_machine->advanceClock(1);
         runner.refreshNow();
         QCOMPARE(runner.stats().cpuUsage, 0.5);
+    }
+
+    void statsPanelsRefreshedTogetherAllShowTheMachinesFigures_data() {
+        QTest::addColumn<int>("panels");
+        QTest::newRow("two panels") << 2;
+        QTest::newRow("three panels") << 3;
+    }
+
+    // Whole-second intervals share wake-ups, so panels ask the shared samplers one right
+    // after another; each must show the load since the last wake-up, not since the panel
+    // before it.
+    void statsPanelsRefreshedTogetherAllShowTheMachinesFigures() {
+        QFETCH(int, panels);
+        std::vector<std::unique_ptr<PanelRunner>> runners;
+        for (int i = 0; i < panels; ++i) {
+            runners.push_back(
+                std::make_unique<PanelRunner>(panelOf(PanelType::SystemStats), services()));
+            runners.back()->start();
+        }
+        m_machine->advanceClock(1);
+        m_machine->system().setFile(QStringLiteral("/proc/stat"),
+                                    "cpu  175 0 125 900 0 0 0 0 0 0\n");
+        m_machine->setCounters(2000, 1000);
+        for (const auto& runner : runners)
+            runner->refreshNow();
+        for (const auto& runner : runners) {
+            QCOMPARE(runner->stats().cpuUsage, 0.5);
+            QCOMPARE(runner->networkHistory().last().downBytesPerSec, 2000.0);
+            QCOMPARE(runner->networkHistory().last().upBytesPerSec, 1000.0);
+        }
     }
 
     void localImageLoads() {

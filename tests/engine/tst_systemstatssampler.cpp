@@ -1,5 +1,6 @@
 #include "FakeSystemSource.h"
 #include "FixtureFile.h"
+#include "MockClock.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
 
@@ -8,6 +9,8 @@
 using namespace corkwheel;
 using corkwheel::test::FakeSystemSource;
 using corkwheel::test::fixtureFile;
+using corkwheel::test::MockClock;
+using corkwheel::test::SteppingClock;
 
 namespace {
 
@@ -86,6 +89,9 @@ std::optional<DiskInfo> diskWithId(const QList<DiskInfo>& disks, const QString& 
 class TestSystemStatsSampler : public QObject {
     Q_OBJECT
 
+    // Every reading in a refresh of its own, unless a test says otherwise.
+    SteppingClock m_clock;
+
 private Q_SLOTS:
     void zeroSampleIsAllZero() {
         const SystemStatsSample zero = SystemStatsSample::zero();
@@ -94,7 +100,7 @@ private Q_SLOTS:
 
     void firstCpuReadingIsZeroThenBusyShareSinceIt() {
         FakeSystemSource source;
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         setStat(source, "proc/stat-first.txt");
         QCOMPARE(sampler.sampleCPU(), 0.0);
         setStat(source, "proc/stat-second.txt");
@@ -103,7 +109,7 @@ private Q_SLOTS:
 
     void cpuReadingWithoutTicksInBetweenIsZero() {
         FakeSystemSource source;
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         setStat(source, "proc/stat-first.txt");
         sampler.sampleCPU();
         setStat(source, "proc/stat-second.txt");
@@ -111,9 +117,43 @@ private Q_SLOTS:
         QCOMPARE(sampler.sampleCPU(), 0.0);
     }
 
+    void readingsAskedForInOneWakeUpAreTheSameReading() {
+        FakeSystemSource source;
+        MockClock clock;
+        SystemStatsSampler sampler(source, clock);
+        setStat(source, "proc/stat-first.txt");
+        sampler.sampleCPU();
+        clock.advance(1);
+        setStat(source, "proc/stat-second.txt");
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+        // The next panels of the same wake-up, without a tick in between.
+        clock.advance(0.001);
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+        clock.advance(0.2);
+        QCOMPARE(sampler.sampleCPU(), 0.28);
+        // The next wake-up measures again.
+        clock.advance(0.8);
+        QCOMPARE(sampler.sampleCPU(), 0.0);
+    }
+
+    void memoryAskedForInOneWakeUpIsTheSameReading() {
+        FakeSystemSource source;
+        MockClock clock;
+        SystemStatsSampler sampler(source, clock);
+        source.setFile(QStringLiteral("/proc/meminfo"),
+                       "MemTotal:        8388608 kB\nMemAvailable:    4194304 kB\n");
+        const MemoryReading first = sampler.sampleMemory();
+        source.setFile(QStringLiteral("/proc/meminfo"),
+                       "MemTotal:        8388608 kB\nMemAvailable:    2097152 kB\n");
+        clock.advance(0.1);
+        QCOMPARE(sampler.sampleMemory(), first);
+        clock.advance(1);
+        QCOMPARE(sampler.sampleMemory().usedFraction, 0.75);
+    }
+
     void counterWrapStillGivesSmallDifference() {
         FakeSystemSource source;
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         setStat(source, "proc/stat-before-wrap.txt");
         sampler.sampleCPU();
         setStat(source, "proc/stat-after-wrap.txt");
@@ -123,7 +163,7 @@ private Q_SLOTS:
 
     void failedCpuReadIsZeroAndKeepsPreviousTicks() {
         FakeSystemSource source;
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         setStat(source, "proc/stat-first.txt");
         sampler.sampleCPU();
         source.removeFile(kStat);
@@ -137,7 +177,7 @@ private Q_SLOTS:
     void memoryIsReadFromMeminfo() {
         FakeSystemSource source;
         source.setFile(kMeminfo, fixtureFile(QStringLiteral("proc/meminfo-desktop.txt")));
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const MemoryReading memory = sampler.sampleMemory();
         QCOMPARE(memory.usedGB, 6441996.0 / (1024 * 1024));
         QCOMPARE(memory.totalGB, 16318540.0 / (1024 * 1024));
@@ -147,20 +187,20 @@ private Q_SLOTS:
     void failedMemoryReadShowsNothingUsedOfKnownTotal() {
         FakeSystemSource source;
         source.setFile(kMeminfo, fixtureFile(QStringLiteral("proc/meminfo-old-kernel.txt")));
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(sampler.sampleMemory(), (MemoryReading{0, 0, 2048000.0 / (1024 * 1024)}));
     }
 
     void unreadableMeminfoIsAllZero() {
         FakeSystemSource source;
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(sampler.sampleMemory(), MemoryReading{});
     }
 
     void disksShowLabelsCapacitiesAndPlacement() {
         FakeSystemSource source;
         setUpDesktop(source);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const QList<DiskInfo> expected{
             {QStringLiteral("/"), QStringLiteral("/"), true, 0.75, 100, 400},
             {QStringLiteral("/boot/efi"), QStringLiteral("EFI SYSTEM"), true, 0.5, 0.25, 0.5},
@@ -182,7 +222,7 @@ private Q_SLOTS:
         source.setFile(QStringLiteral("/sys/devices/virtual/block/dm-1/removable"), "0\n");
         source.setCapacity(QStringLiteral("/"), 200 * kGiB, 50 * kGiB);
         source.setCapacity(QStringLiteral("/boot"), 2 * kGiB, kGiB);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const QList<DiskInfo> disks = sampler.sampleDisks();
         QCOMPARE(idsOf(disks), (QStringList{QStringLiteral("/"), QStringLiteral("/boot")}));
         QCOMPARE(disks[0].name, QStringLiteral("ubuntu-root"));
@@ -193,7 +233,7 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpDesktop(source);
         source.setCapacity(QStringLiteral("/mnt/nas"), 100 * kGiB, 120 * kGiB);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const auto nas = diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas"));
         QVERIFY(nas);
         QCOMPARE(nas->usedFraction, 0.0);
@@ -205,7 +245,7 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpDesktop(source);
         source.setCapacity(QStringLiteral("/home/alice/remote"), 0, 0);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(idsOf(sampler.sampleDisks()),
                  (QStringList{QStringLiteral("/"), QStringLiteral("/boot/efi"),
                               QStringLiteral("/media/alice/Holiday Photos"),
@@ -216,14 +256,14 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpInternalLast(source);
         source.removeCapacity(QStringLiteral("/mnt/nas"));
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QVERIFY(!diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas")));
     }
 
     void internalDiskListedAfterTwoExternalComesFirst() {
         FakeSystemSource source;
         setUpInternalLast(source);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const QList<DiskInfo> disks = sampler.sampleDisks();
         QCOMPARE(idsOf(disks),
                  (QStringList{QStringLiteral("/media/ubuntu/Data"),
@@ -237,7 +277,7 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpInternalLast(source);
         source.removeLink(QStringLiteral("/sys/class/block/nvme0n1p3"));
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         const QList<DiskInfo> disks = sampler.sampleDisks();
         QCOMPARE(idsOf(disks),
                  (QStringList{QStringLiteral("/media/ubuntu/Data"),
@@ -249,14 +289,14 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpDesktop(source);
         source.removeFile(kMountInfo);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(sampler.sampleDisks(), QList<DiskInfo>{});
     }
 
     void unchangedMountTableIsNotReadAgainButCapacitiesAre() {
         FakeSystemSource source;
         setUpDesktop(source);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(sampler.sampleDisks().size(), 5);
         source.setMountTableChanged(false);
         // Gone from the table, but nothing says the table changed.
@@ -272,7 +312,7 @@ private Q_SLOTS:
     void changedMountTableIsReadAgain() {
         FakeSystemSource source;
         setUpDesktop(source);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         source.setMountTableChanged(false);
         QCOMPARE(sampler.sampleDisks().size(), 5);
         setUpInternalLast(source);
@@ -286,7 +326,7 @@ private Q_SLOTS:
         FakeSystemSource source;
         setUpDesktop(source);
         source.setMountTableChanged(false);
-        SystemStatsSampler sampler(source);
+        SystemStatsSampler sampler(source, m_clock);
         QCOMPARE(sampler.sampleDisks().size(), 5);
     }
 
