@@ -43,7 +43,8 @@ PanelRunner::PanelRunner(const Panel& panel, RunnerServices services, QObject* p
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, [this] {
         refreshNow();
-        scheduleNextRefresh();
+        const qint64 now = m_services.clock->nowMSecsSinceEpoch();
+        armTimerFor(nextRefreshDue(m_timerInterval, m_dueMs, now), now);
     });
 }
 
@@ -53,19 +54,35 @@ double PanelRunner::timerInterval(double refreshInterval) {
     return std::max(refreshInterval, 1.0);
 }
 
-qint64 PanelRunner::msUntilNextRefresh(double interval, qint64 nowMs) {
+qint64 PanelRunner::intervalMs(double interval) {
     // Within what a timer can wait; an interval that is not a number waits the least.
     const double boundedMs = std::isnan(interval)
                                  ? 1000.0
                                  : std::clamp(interval * 1000, 1000.0,
                                               static_cast<double>(std::numeric_limits<int>::max()));
-    const auto intervalMs = static_cast<qint64>(std::llround(boundedMs));
-    if (intervalMs % 1000 != 0)
-        return intervalMs;
-    // The refresh falls on the last whole second within the interval: a timer that woke
-    // late doesn't push the next one later, and a clock turns with the second it shows.
-    const qint64 sinceWholeSecond = ((nowMs % 1000) + 1000) % 1000;
-    return intervalMs - sinceWholeSecond;
+    return static_cast<qint64>(std::llround(boundedMs));
+}
+
+// A whole number of seconds falls on the wall clock's whole seconds: a clock turns with the
+// second it shows, and panels that refresh in the same second share one wake-up.
+qint64 PanelRunner::firstRefreshDue(double interval, qint64 nowMs) {
+    const qint64 step = intervalMs(interval);
+    const qint64 due = nowMs + step;
+    if (step % 1000 != 0)
+        return due;
+    const qint64 pastWholeSecond = ((due % 1000) + 1000) % 1000;
+    return pastWholeSecond == 0 ? due : due + 1000 - pastWholeSecond;
+}
+
+// Counted from when the last refresh was due, not from when it ended, so the time refreshes
+// take never adds up; a timer that woke very late skips the refreshes it missed.
+qint64 PanelRunner::nextRefreshDue(double interval, qint64 dueMs, qint64 nowMs) {
+    const qint64 step = intervalMs(interval);
+    // The wall clock was set back: start again from now.
+    if (dueMs > nowMs + step)
+        return firstRefreshDue(interval, nowMs);
+    const qint64 missed = nowMs >= dueMs + step ? (nowMs - dueMs) / step : 0;
+    return dueMs + (missed + 1) * step;
 }
 
 double PanelRunner::currentTimerInterval() const {
@@ -76,13 +93,14 @@ void PanelRunner::start() {
     m_timer.stop();
     refreshNow();
     m_timerInterval = timerInterval(m_panel.refreshInterval);
-    scheduleNextRefresh();
+    const qint64 now = m_services.clock->nowMSecsSinceEpoch();
+    armTimerFor(firstRefreshDue(m_timerInterval, now), now);
 }
 
-void PanelRunner::scheduleNextRefresh() {
-    const qint64 delay =
-        msUntilNextRefresh(m_timerInterval, m_services.clock->nowMSecsSinceEpoch());
-    m_timer.start(static_cast<int>(std::clamp<qint64>(delay, 0, std::numeric_limits<int>::max())));
+void PanelRunner::armTimerFor(qint64 dueMs, qint64 nowMs) {
+    m_dueMs = dueMs;
+    const qint64 delay = std::clamp<qint64>(dueMs - nowMs, 0, std::numeric_limits<int>::max());
+    m_timer.start(static_cast<int>(delay));
 }
 
 void PanelRunner::apply(const Panel& panel) {

@@ -51,10 +51,16 @@ public:
 
     // The timer's interval: the panel's refresh interval, but never under one second.
     static double timerInterval(double refreshInterval);
-    // Milliseconds from the wall-clock time `nowMs` (since the epoch) to the next refresh:
-    // `interval` seconds, shortened to the last whole second before then when the
-    // interval is a whole number of seconds.
-    static qint64 msUntilNextRefresh(double interval, qint64 nowMs);
+    // The timer's step in milliseconds: at least one second, and no longer than a timer
+    // can wait.
+    static qint64 intervalMs(double interval);
+    // When (wall-clock milliseconds since the epoch) the first timed refresh is due after
+    // the immediate one at `nowMs`: a whole interval later, moved on to the next whole
+    // second when the interval is a whole number of seconds, so no panel refreshes twice
+    // within less than its interval.
+    static qint64 firstRefreshDue(double interval, qint64 nowMs);
+    // When the refresh after the one due at `dueMs` is due, seen at `nowMs`.
+    static qint64 nextRefreshDue(double interval, qint64 dueMs, qint64 nowMs);
     double currentTimerInterval() const;
     bool isTimerActive() const { return m_timer.isActive(); }
     int remainingTimerMs() const { return m_timer.remainingTime(); }
@@ -78,7 +84,7 @@ private:
     void readFile(const QString& path);
     void refreshStats();
     void loadWebpage(const QString& address);
-    void scheduleNextRefresh();
+    void armTimerFor(qint64 dueMs, qint64 nowMs);
 
     QUuid m_id;
     Panel m_panel;
@@ -94,6 +100,8 @@ private:
     // Single-shot, armed again after each refresh, so its phase follows the wall clock.
     QTimer m_timer;
     double m_timerInterval = 1.0;
+    // When the refresh the timer waits for is due, in wall-clock milliseconds.
+    qint64 m_dueMs = 0;
 };
 
 } // namespace corkwheel

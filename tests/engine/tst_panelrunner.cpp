@@ -76,6 +76,10 @@ private:
     QTcpServer m_server;
 };
 
+// A whole second of wall-clock time, in milliseconds since the epoch.
+const qint64 kWholeSecondMs =
+    QDateTime(QDate(2026, 11, 22), QTime(12, 0, 7), Qt::UTC).toMSecsSinceEpoch();
+
 } // namespace
 
 class PanelRunnerTest : public QObject {
@@ -130,6 +134,10 @@ private Q_SLOTS:
         runner.start();
         QVERIFY(runner.isTimerActive());
         QCOMPARE(runner.currentTimerInterval(), timer);
+        // When the tick comes: the fake clock stands on a whole second.
+        const int timerMs = static_cast<int>(timer * 1000);
+        QVERIFY2(runner.remainingTimerMs() > timerMs - 100 && runner.remainingTimerMs() <= timerMs,
+                 qPrintable(QString::number(runner.remainingTimerMs())));
     }
 
     void timerRefreshesAgain() {
@@ -197,25 +205,68 @@ private Q_SLOTS:
         QVERIFY(runner.remainingTimerMs() > 29'500);
     }
 
-    void wholeSecondIntervalsFallOnTheWallClocksSeconds_data() {
+    void firstTimedRefreshComesAWholeIntervalLater_data() {
         QTest::addColumn<double>("interval");
         QTest::addColumn<qint64>("sinceWholeSecond");
         QTest::addColumn<qint64>("delay");
         QTest::newRow("1 s, on the second") << 1.0 << qint64(0) << qint64(1000);
-        QTest::newRow("1 s, 300 ms past") << 1.0 << qint64(300) << qint64(700);
-        QTest::newRow("1 s, 999 ms past") << 1.0 << qint64(999) << qint64(1);
-        QTest::newRow("5 s, 250 ms past") << 5.0 << qint64(250) << qint64(4750);
+        QTest::newRow("1 s, 300 ms past") << 1.0 << qint64(300) << qint64(1700);
+        QTest::newRow("1 s, 999 ms past") << 1.0 << qint64(999) << qint64(1001);
+        QTest::newRow("5 s, 250 ms past") << 5.0 << qint64(250) << qint64(5750);
         QTest::newRow("2.5 s keeps its length") << 2.5 << qint64(300) << qint64(2500);
         QTest::newRow("under 1 s waits 1 s") << 0.2 << qint64(0) << qint64(1000);
     }
 
-    void wholeSecondIntervalsFallOnTheWallClocksSeconds() {
+    void firstTimedRefreshComesAWholeIntervalLater() {
         QFETCH(double, interval);
         QFETCH(qint64, sinceWholeSecond);
         QFETCH(qint64, delay);
-        const qint64 wholeSecond =
-            QDateTime(QDate(2026, 11, 22), QTime(12, 0, 7), Qt::UTC).toMSecsSinceEpoch();
-        QCOMPARE(PanelRunner::msUntilNextRefresh(interval, wholeSecond + sinceWholeSecond), delay);
+        const qint64 now = kWholeSecondMs + sinceWholeSecond;
+        QCOMPARE(PanelRunner::firstRefreshDue(interval, now) - now, delay);
+    }
+
+    void nextRefreshCountsFromWhenTheLastWasDue_data() {
+        QTest::addColumn<double>("interval");
+        QTest::addColumn<qint64>("due");
+        QTest::addColumn<qint64>("now");
+        QTest::addColumn<qint64>("next");
+        QTest::newRow("a second after a quick refresh")
+            << 1.0 << qint64(1000) << qint64(1003) << qint64(2000);
+        QTest::newRow("a timer that woke a little late")
+            << 1.0 << qint64(1000) << qint64(1040) << qint64(2000);
+        QTest::newRow("two and a half seconds, not drifting by a slow refresh")
+            << 2.5 << qint64(2500) << qint64(2640) << qint64(5000);
+        QTest::newRow("refreshes missed while asleep are skipped")
+            << 1.0 << qint64(1000) << qint64(4300) << qint64(5000);
+        QTest::newRow("the wall clock set back an hour")
+            << 1.0 << qint64(1000) << qint64(-3'600'000) << qint64(-3'599'000);
+    }
+
+    void nextRefreshCountsFromWhenTheLastWasDue() {
+        QFETCH(double, interval);
+        QFETCH(qint64, due);
+        QFETCH(qint64, now);
+        QFETCH(qint64, next);
+        QCOMPARE(PanelRunner::nextRefreshDue(interval, kWholeSecondMs + due, kWholeSecondMs + now),
+                 kWholeSecondMs + next);
+    }
+
+    void refreshStartedJustBeforeASecondWaitsAWholeSecond() {
+        // Started a millisecond before a whole second, the next refresh does not follow a
+        // millisecond later (a shell command would run twice back to back).
+        m_machine->advanceClock(0.999);
+        Panel panel = panelOf(PanelType::Text);
+        panel.refreshInterval = 1;
+        PanelRunner runner(panel, services());
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        runner.start();
+        QVERIFY(runner.remainingTimerMs() > 950);
+        QTest::qWait(300);
+        QCOMPARE(text.count(), 1);
+        // And the same after a change of interval, which starts the timer again.
+        panel.refreshInterval = 2;
+        runner.apply(panel);
+        QVERIFY(runner.remainingTimerMs() > 1950);
     }
 
     void systemClockGivesTheSameTimeInMilliseconds() {
@@ -228,15 +279,15 @@ private Q_SLOTS:
     }
 
     void clockTurnsWithTheSecondItShows() {
-        // Started 300 ms into a second, a clock shows the next second 700 ms later, not a
-        // whole second after it started.
+        // Started 300 ms into a second, a clock refreshes on a whole second, the first that
+        // is a whole second away: 1.7 s later.
         m_machine->advanceClock(0.3);
         PanelRunner runner(panelOf(PanelType::Clock), services());
         runner.start();
         QVERIFY(runner.isTimerActive());
         QCOMPARE(runner.currentTimerInterval(), 1.0);
-        QVERIFY(runner.remainingTimerMs() <= 700);
-        QVERIFY(runner.remainingTimerMs() > 500);
+        QVERIFY(runner.remainingTimerMs() <= 1700);
+        QVERIFY(runner.remainingTimerMs() > 1500);
     }
 
     void applyBeforeStartStarts() {
