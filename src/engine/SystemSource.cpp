@@ -5,6 +5,7 @@
 #include <QFile>
 
 #include <sys/statvfs.h>
+#include <unistd.h>
 
 namespace corkwheel {
 
@@ -21,6 +22,12 @@ public:
     }
 
     bool mountTableChanged() const override { return m_mountTable.changed(); }
+
+    double physicalMemoryBytes() const override {
+        const long pages = ::sysconf(_SC_PHYS_PAGES);
+        const long pageSize = ::sysconf(_SC_PAGE_SIZE);
+        return pages > 0 && pageSize > 0 ? double(pages) * double(pageSize) : 0.0;
+    }
 
 private:
     MountTableWatch m_mountTable;

@@ -8,7 +8,7 @@
 namespace corkwheel {
 
 // Everything the system statistics are read from: the kernel's files plus the capacity of
-// mounted file systems.
+// mounted file systems and the size of the memory.
 class SystemSource : public KernelFiles {
 public:
     // Nothing when the file system at the mount point can't be asked.
@@ -16,6 +16,8 @@ public:
     // Whether the mount table may have changed since the previous call; true when
     // nothing can tell.
     virtual bool mountTableChanged() const = 0;
+    // The machine's physical memory, known even when /proc/meminfo can't be read.
+    virtual double physicalMemoryBytes() const = 0;
 
     // This machine.
     static const SystemSource& real();

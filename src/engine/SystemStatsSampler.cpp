@@ -50,7 +50,11 @@ MemoryReading SystemStatsSampler::sampleMemory() {
     if (const auto recent = m_recentMemory.at(now))
         return *recent;
     const auto meminfo = m_source.readFile(QStringLiteral("/proc/meminfo"));
-    const MemoryReading memory = meminfo ? memoryReadingFromMeminfo(*meminfo) : MemoryReading{};
+    MemoryReading memory = meminfo ? memoryReadingFromMeminfo(*meminfo) : MemoryReading{};
+    // Without a total from the kernel's file, nothing is known of use, but the machine's
+    // memory still shows.
+    if (memory.totalGB <= 0)
+        memory = memoryReadingFromBytes(0, m_source.physicalMemoryBytes());
     m_recentMemory.keep(memory, now);
     return memory;
 }

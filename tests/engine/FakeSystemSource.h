@@ -18,6 +18,7 @@ public:
     }
 
     bool mountTableChanged() const override { return m_mountTableChanged; }
+    double physicalMemoryBytes() const override { return m_physicalMemoryBytes; }
 
     void setCapacity(const QString& mountPoint, quint64 totalBytes, quint64 availableBytes) {
         m_capacities.insert(mountPoint, corkwheel::VolumeCapacity{totalBytes, availableBytes});
@@ -25,10 +26,12 @@ public:
     void removeCapacity(const QString& mountPoint) { m_capacities.remove(mountPoint); }
     // Until told otherwise the fake says every time that the mount table may have changed.
     void setMountTableChanged(bool changed) { m_mountTableChanged = changed; }
+    void setPhysicalMemoryBytes(double bytes) { m_physicalMemoryBytes = bytes; }
 
 private:
     QHash<QString, corkwheel::VolumeCapacity> m_capacities;
     bool m_mountTableChanged = true;
+    double m_physicalMemoryBytes = 0;
 };
 
 } // namespace corkwheel::test

@@ -191,10 +191,19 @@ private Q_SLOTS:
         QCOMPARE(sampler.sampleMemory(), (MemoryReading{0, 0, 2048000.0 / (1024 * 1024)}));
     }
 
-    void unreadableMeminfoIsAllZero() {
+    void unreadableMeminfoShowsThePhysicalMemory() {
         FakeSystemSource source;
+        source.setPhysicalMemoryBytes(4.0 * (1 << 30));
         SystemStatsSampler sampler(source, m_clock);
-        QCOMPARE(sampler.sampleMemory(), MemoryReading{});
+        QCOMPARE(sampler.sampleMemory(), (MemoryReading{0, 0, 4.0}));
+    }
+
+    void meminfoWithoutTotalShowsThePhysicalMemory() {
+        FakeSystemSource source;
+        source.setFile(kMeminfo, fixtureFile(QStringLiteral("proc/meminfo-no-total.txt")));
+        source.setPhysicalMemoryBytes(16.0 * (1 << 30));
+        SystemStatsSampler sampler(source, m_clock);
+        QCOMPARE(sampler.sampleMemory(), (MemoryReading{0, 0, 16.0}));
     }
 
     void disksShowLabelsCapacitiesAndPlacement() {
