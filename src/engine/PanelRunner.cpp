@@ -169,14 +169,13 @@ void PanelRunner::runShell(const QString& command) {
         return;
     }
     // Runs may overlap when a command takes longer than the interval; each one's text
-    // replaces the output when it arrives.
-    ++m_runningShells;
+    // replaces the output when it arrives, and the panel stops showing that it runs as
+    // soon as one has finished.
     setRunning(true);
     auto* run = new ShellCommand(command, this);
     connect(run, &ShellCommand::finished, this, [this, run](const QString& text) {
         run->deleteLater();
-        --m_runningShells;
-        setRunning(m_runningShells > 0);
+        setRunning(false);
         setTextOutput(text);
     });
     run->start();

@@ -94,7 +94,6 @@ private:
     SystemStatsSample m_stats;
     QList<NetworkSample> m_networkHistory;
     bool m_isRunning = false;
-    int m_runningShells = 0;
     WebPage* m_webPage = nullptr;
     ImageLoader* m_imageLoader = nullptr;
     // Single-shot, armed again after each refresh, so its phase follows the wall clock.

@@ -340,6 +340,21 @@ private Q_SLOTS:
         QCOMPARE(running.count(), 2);
     }
 
+    void overlappingRunStopsRunningWhenTheFirstFinishes() {
+        Panel panel = panelOf(PanelType::Shell);
+        panel.shellCommand = QStringLiteral("sleep 0.3; echo first");
+        PanelRunner runner(panel, services());
+        runner.start();
+        // A second run, still going when the first one ends.
+        panel.shellCommand = QStringLiteral("sleep 2; echo second");
+        runner.apply(panel);
+        QVERIFY(runner.isRunning());
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("first"));
+        QVERIFY(!runner.isRunning());
+        QTRY_COMPARE_WITH_TIMEOUT(runner.textOutput(), QStringLiteral("second"), 5000);
+        QVERIFY(!runner.isRunning());
+    }
+
     void runnerDestroyedWhileCommandRunsDropsTheResult() {
         QTemporaryDir folder;
         const QString marker = folder.filePath(QStringLiteral("pid"));
