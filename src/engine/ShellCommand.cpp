@@ -6,7 +6,10 @@
 
 #include <optional>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/types.h>
 #include <unistd.h>
 
@@ -43,15 +46,11 @@ ShellCommand::ShellCommand(const QString& command, QObject* parent)
     m_process.setProgram(shellProgramSetting());
     m_process.setArguments({QStringLiteral("-l"), QStringLiteral("-c"), command});
     m_process.setStandardInputFile(QProcess::nullDevice());
-    // A session of its own makes the shell lead a new process group, so the time limit
-    // can reach everything the command starts.
-    m_process.setChildProcessModifier([] { static_cast<void>(::setsid()); });
+    // The output goes to pipes of this run's own (see start()): QProcess stops reading its
+    // pipes when the shell exits, and a background child's later output would be lost.
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     connect(&m_process, &QProcess::errorOccurred, this, &ShellCommand::onProcessError);
     connect(&m_process, &QProcess::finished, this, &ShellCommand::onProcessFinished);
-    connect(&m_process, &QProcess::readyReadStandardOutput, this,
-            &ShellCommand::keepAvailableOutput);
-    connect(&m_process, &QProcess::readyReadStandardError, this,
-            &ShellCommand::keepAvailableOutput);
 
     // Precise, so the run is never cut short of its full time.
     m_timeLimit.setTimerType(Qt::PreciseTimer);
@@ -67,10 +66,13 @@ ShellCommand::~ShellCommand() {
     // Nobody is left to take a result, and nothing of an unfinished run may outlive it.
     disconnect(&m_process, nullptr, this, nullptr);
     const bool running = m_process.state() != QProcess::NotRunning;
-    if (running || m_timedOut)
+    const bool outputHeld = m_stdout.fd >= 0 || m_stderr.fd >= 0;
+    if (running || m_timedOut || outputHeld)
         signalProcessGroup(SIGKILL);
     if (running)
         m_process.waitForFinished(kReapWaitMs);
+    closePipe(m_stdout);
+    closePipe(m_stderr);
 }
 
 void ShellCommand::start() {
@@ -78,8 +80,46 @@ void ShellCommand::start() {
         return;
     m_started = true;
     m_timeLimit.start();
+    int writeEnds[2] = {-1, -1};
+    if (!openPipes(writeEnds)) {
+        QMetaObject::invokeMethod(
+            this, [this] { report(QStringLiteral("error: cannot open a pipe")); },
+            Qt::QueuedConnection);
+        return;
+    }
+    // A session of its own makes the shell lead a new process group, so the time limit
+    // can reach everything the command starts.
+    m_process.setChildProcessModifier([writeEnds] {
+        ::dup2(writeEnds[0], STDOUT_FILENO);
+        ::dup2(writeEnds[1], STDERR_FILENO);
+        static_cast<void>(::setsid());
+    });
     m_process.start();
     m_processGroup = m_process.processId();
+    // Only the command holds the write ends now, so the reads end when it lets go of them.
+    ::close(writeEnds[0]);
+    ::close(writeEnds[1]);
+}
+
+bool ShellCommand::openPipes(int (&writeEnds)[2]) {
+    for (OutputPipe* pipe : {&m_stdout, &m_stderr}) {
+        int ends[2];
+        if (::pipe2(ends, O_CLOEXEC) != 0) {
+            closePipe(m_stdout);
+            if (writeEnds[0] >= 0)
+                ::close(writeEnds[0]);
+            return false;
+        }
+        ::fcntl(ends[0], F_SETFL, ::fcntl(ends[0], F_GETFL) | O_NONBLOCK);
+        pipe->fd = ends[0];
+        pipe->notifier = new QSocketNotifier(ends[0], QSocketNotifier::Read, this);
+        connect(pipe->notifier, &QSocketNotifier::activated, this, [this, pipe] {
+            readPipe(*pipe);
+            reportOutputOnceRead();
+        });
+        writeEnds[pipe == &m_stdout ? 0 : 1] = ends[1];
+    }
+    return true;
 }
 
 QString ShellCommand::execute(const QString& command) {
@@ -116,36 +156,71 @@ void ShellCommand::onProcessFinished() {
         report(QStringLiteral("error: command timed out"));
         return;
     }
-    keepAvailableOutput();
-    report(outputText());
+    m_shellEnded = true;
+    reportOutputOnceRead();
 }
 
 void ShellCommand::onTimeLimit() {
+    if (m_shellEnded) {
+        // The command is over; something it left behind still holds the output.
+        signalProcessGroup(SIGKILL);
+        readPipe(m_stdout);
+        readPipe(m_stderr);
+        report(outputText());
+        return;
+    }
     m_timedOut = true;
     signalProcessGroup(SIGTERM);
     m_killGrace.start();
 }
 
-void ShellCommand::keepAvailableOutput() {
+void ShellCommand::readPipe(OutputPipe& pipe) {
     // Bytes past the limit are still read, so the pipe keeps draining and the command
     // never blocks on a full pipe; they are just not kept.
-    const auto keep = [](KeptOutput& kept, const QByteArray& chunk) {
-        if (kept.full || chunk.isEmpty())
+    char chunk[65536];
+    while (pipe.fd >= 0) {
+        const ssize_t count = ::read(pipe.fd, chunk, sizeof chunk);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 && errno == EAGAIN)
             return;
+        if (count <= 0) {
+            closePipe(pipe);
+            return;
+        }
+        KeptOutput& kept = pipe.kept;
+        if (kept.full)
+            continue;
         const qsizetype room = kMaxKeptBytes - kept.bytes.size();
-        kept.bytes.append(chunk.left(room));
-        if (chunk.size() <= room)
-            return;
-        kept.full = true;
-        Utf8Text::chopSplitCharacter(kept.bytes);
-    };
-    keep(m_stdout, m_process.readAllStandardOutput());
-    keep(m_stderr, m_process.readAllStandardError());
+        kept.bytes.append(chunk, std::min<qsizetype>(count, room));
+        if (count > room) {
+            kept.full = true;
+            Utf8Text::chopSplitCharacter(kept.bytes);
+        }
+    }
+}
+
+void ShellCommand::closePipe(OutputPipe& pipe) {
+    // Often closed from the notifier's own signal, so it goes once that has returned.
+    if (pipe.notifier) {
+        pipe.notifier->setEnabled(false);
+        pipe.notifier->deleteLater();
+    }
+    pipe.notifier = nullptr;
+    if (pipe.fd >= 0)
+        ::close(pipe.fd);
+    pipe.fd = -1;
+}
+
+// The output is complete once the shell has ended and both pipes reached their end.
+void ShellCommand::reportOutputOnceRead() {
+    if (m_shellEnded && !m_timedOut && m_stdout.fd < 0 && m_stderr.fd < 0)
+        report(outputText());
 }
 
 QString ShellCommand::outputText() const {
-    const QString output = Utf8Text::decodeTrimmed(m_stdout.bytes);
-    return output.isEmpty() ? Utf8Text::decodeTrimmed(m_stderr.bytes) : output;
+    const QString output = Utf8Text::decodeTrimmed(m_stdout.kept.bytes);
+    return output.isEmpty() ? Utf8Text::decodeTrimmed(m_stderr.kept.bytes) : output;
 }
 
 void ShellCommand::signalProcessGroup(int signal) {

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QProcess>
+#include <QSocketNotifier>
 #include <QString>
 #include <QTimer>
 
@@ -15,14 +16,17 @@ namespace corkwheel {
 // event loop drives the process, so no thread waits for it.
 //
 // The text shown is the trimmed standard output, or the trimmed standard error when the
-// output is empty; the exit status doesn't matter. Each stream keeps its first
-// kMaxKeptBytes and drains the rest, so a command that never stops writing can't eat the
-// application's memory. Output that isn't valid UTF-8 counts as empty.
+// output is empty; the exit status doesn't matter. Both are read to their end, also after
+// the shell has exited, so what a background child writes before it lets go of them shows
+// too. Each stream keeps its first kMaxKeptBytes and drains the rest, so a command that
+// never stops writing can't eat the application's memory. Output that isn't valid UTF-8
+// counts as empty.
 //
 // The shell leads a process group of its own. At the time limit the whole group gets
-// SIGTERM, then SIGKILL after kKillGrace, and the run ends with "error: command timed out";
-// nothing the command started outlives the run. Destroying a run that is still under way
-// kills its whole group at once and reports nothing.
+// SIGTERM, then SIGKILL after kKillGrace, and the run ends with "error: command timed out",
+// or, when the shell itself had ended and only something it left behind still held the
+// output, with the output read until then; nothing the command started outlives the run. Destroying
+// a run that is still under way kills its whole group at once and reports nothing.
 class ShellCommand : public QObject {
     Q_OBJECT
 
@@ -57,10 +61,20 @@ private:
         bool full = false;
     };
 
+    // The read end of the pipe one stream goes to; closed at its end of file.
+    struct OutputPipe {
+        int fd = -1;
+        QSocketNotifier* notifier = nullptr;
+        KeptOutput kept;
+    };
+
     void onProcessError(QProcess::ProcessError error);
     void onProcessFinished();
     void onTimeLimit();
-    void keepAvailableOutput();
+    bool openPipes(int (&writeEnds)[2]);
+    void readPipe(OutputPipe& pipe);
+    static void closePipe(OutputPipe& pipe);
+    void reportOutputOnceRead();
     QString outputText() const;
     void signalProcessGroup(int signal);
     void report(const QString& text);
@@ -68,11 +82,12 @@ private:
     QProcess m_process;
     QTimer m_timeLimit;
     QTimer m_killGrace;
-    KeptOutput m_stdout;
-    KeptOutput m_stderr;
+    OutputPipe m_stdout;
+    OutputPipe m_stderr;
     qint64 m_processGroup = 0;
     bool m_started = false;
     bool m_timedOut = false;
+    bool m_shellEnded = false;
     bool m_reported = false;
 };
 

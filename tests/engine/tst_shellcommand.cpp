@@ -84,6 +84,8 @@ private Q_SLOTS:
     void silentFailureShowsEmptyText();
     void failingCommandStillShowsItsOutput();
     void commandKilledBySignalStillShowsItsOutput();
+    void outputOfABackgroundChildAfterTheShellExitsIsShown();
+    void outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolder();
     void outputLargerThanPipeCapacityCompletes();
     void fiveMegabytesOfOutputShowFirstMebibyte();
     void keptOutputIsCutBeforeSplitCharacter();
@@ -261,6 +263,25 @@ void TestShellCommand::endlessOutputTimesOutWithinBoundedMemory() {
     QCOMPARE(spy.at(0).at(0).toString(), kTimedOut);
     const qint64 grownKiB = peak - before;
     QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
+}
+
+void TestShellCommand::outputOfABackgroundChildAfterTheShellExitsIsShown() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("(sleep 0.5; echo late) & echo early")),
+             QStringLiteral("early\nlate"));
+}
+
+void TestShellCommand::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolder() {
+    ShellCommand::setTimeLimitForTesting(1000ms);
+    const QString pidFile = m_dir.filePath(QStringLiteral("holder.pid"));
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(ShellCommand::execute(
+                 QStringLiteral("sleep 300 & echo $! > %1; echo early").arg(quoted(pidFile))),
+             QStringLiteral("early"));
+    QVERIFY(timer.elapsed() < 5000);
+    const QList<qint64> pids = pidsIn(pidFile);
+    QCOMPARE(pids.size(), 1);
+    QTRY_VERIFY(processIsGone(pids.first()));
 }
 
 void TestShellCommand::timeOutEndsEveryProcessOfTheGroup() {
