@@ -247,9 +247,15 @@ void PanelContentView::remember(const StatsLayout& layout) {
     update();
 }
 
+// The page; or why there is none, as the runner says; or, without an address, the
+// placeholder.
 void PanelContentView::paintWeb(QPainter& painter, const QRectF& rect) {
     if (m_webBody.showsPage())
         return;
+    if (!m_panel.webpageURL.isEmpty() && !m_runner.textOutput().isEmpty()) {
+        TextBody::paint(painter, rect, m_runner.textOutput(), m_panel.style);
+        return;
+    }
     painter.save();
     painter.setClipPath(PanelShapes::rounded(rect, m_panel.style.cornerRadius), Qt::IntersectClip);
     WebBody::paintPlaceholder(painter, rect);

@@ -206,17 +206,31 @@ void PanelRunner::refreshStats() {
     Q_EMIT networkHistoryChanged(m_networkHistory);
 }
 
+// An empty address shows the placeholder; one that can't be loaded says why in the text,
+// where the view shows it instead of the page.
 void PanelRunner::loadWebpage(const QString& address) {
-    const auto url = WebAddress::normalizedURL(address);
-    if (!url)
+    if (address.isEmpty()) {
+        setTextOutput(QString());
         return;
+    }
+    const auto url = WebAddress::normalizedURL(address);
+    if (!url) {
+        const QString typed = address.trimmed();
+        setTextOutput(QStringLiteral("error: not a web address") +
+                      (typed.isEmpty() ? QString() : QStringLiteral(": ") + typed));
+        return;
+    }
     if (!m_webPage && m_services.createWebPage) {
         m_webPage = m_services.createWebPage(this);
         if (m_webPage)
             Q_EMIT webPageCreated(m_webPage);
     }
-    if (m_webPage)
-        m_webPage->load(*url, kWebpageTimeout);
+    if (!m_webPage) {
+        setTextOutput(QStringLiteral("error: the web engine could not be loaded"));
+        return;
+    }
+    setTextOutput(QString());
+    m_webPage->load(*url, kWebpageTimeout);
 }
 
 } // namespace corkwheel

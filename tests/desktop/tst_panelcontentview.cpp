@@ -474,6 +474,20 @@ private Q_SLOTS:
         QVERIFY(countPixels(image, ink, [](QColor c) { return c.alpha() > 140; }) == 0);
     }
 
+    void addressThatCannotBeLoadedShowsWhyInsteadOfThePlaceholder() {
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("exa mple.org");
+        panel.frame = PanelFrame{0, 0, 200, 120};
+        PanelContentView& view = show(panel, false);
+        m_runner->start();
+        QVERIFY(!view.webView());
+        const QRectF ink = inkBounds(renderView(1), isVisible);
+        // The error, as text from the top-left corner; not the placeholder, centred.
+        QVERIFY2(ink.left() < 20 && ink.top() < 30,
+                 qPrintable(QStringLiteral("%1, %2").arg(ink.left()).arg(ink.top())));
+        QVERIFY(ink.width() > 100);
+    }
+
     void pageIsShownInAWebViewFillingTheRoundedPanel() {
         Panel panel = Panel::makeDefault(PanelType::Webpage);
         panel.webpageURL = QStringLiteral("example.org");

@@ -643,6 +643,38 @@ private Q_SLOTS:
         QCOMPARE(runner.webPage(), nullptr);
     }
 
+    void emptyAddressSaysNothing() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QString();
+        PanelRunner runner(panel, services());
+        runner.start();
+        QVERIFY(m_pages.isEmpty());
+        QCOMPARE(runner.textOutput(), QString());
+    }
+
+    void addressThatIsNoWebAddressSaysSo() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("   ");
+        PanelRunner runner(panel, services());
+        runner.start();
+        QCOMPARE(runner.textOutput(), QStringLiteral("error: not a web address"));
+        panel.webpageURL = QStringLiteral("exa mple.org");
+        runner.apply(panel);
+        QCOMPARE(runner.textOutput(), QStringLiteral("error: not a web address: exa mple.org"));
+        QVERIFY(m_pages.isEmpty());
+    }
+
+    void webEngineThatCannotBeLoadedSaysSo() {
+        Panel panel = panelOf(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("https://example.org");
+        RunnerServices withoutEngine = services();
+        withoutEngine.createWebPage = [](QObject*) -> WebPage* { return nullptr; };
+        PanelRunner runner(panel, withoutEngine);
+        runner.start();
+        QCOMPARE(runner.textOutput(), QStringLiteral("error: the web engine could not be loaded"));
+        QCOMPARE(runner.webPage(), nullptr);
+    }
+
     void everyRefreshLoadsThePageAgain() {
         Panel panel = panelOf(PanelType::Webpage);
         panel.webpageURL = QStringLiteral("https://example.org");
