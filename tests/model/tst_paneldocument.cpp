@@ -1,6 +1,8 @@
 #include "model/PanelDocument.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QTest>
 
 #include <cmath>
@@ -45,6 +47,32 @@ QByteArray fixedDocumentWith(const QByteArray& from, const QByteArray& to) {
     const qsizetype at = document.indexOf(from);
     Q_ASSERT(at >= 0);
     return document.replace(at, from.size(), to);
+}
+
+// Every key of `object` and of the objects inside it, as dotted paths.
+void collectKeys(const QJsonObject& object, const QString& prefix, QStringList& paths) {
+    for (auto it = object.begin(); it != object.end(); ++it) {
+        const QString path = prefix.isEmpty() ? it.key() : prefix + u'.' + it.key();
+        paths.append(path);
+        if (it.value().isObject())
+            collectKeys(it.value().toObject(), path, paths);
+    }
+}
+
+void addKeyRows(const QJsonObject& object, const QString& prefix) {
+    QStringList paths;
+    collectKeys(object, prefix, paths);
+    for (const QString& path : paths)
+        QTest::newRow(qPrintable(path)) << path.split(u'.');
+}
+
+// `object` without the key at `path`.
+QJsonObject without(QJsonObject object, const QStringList& path) {
+    if (path.size() == 1)
+        object.remove(path.first());
+    else
+        object[path.first()] = without(object[path.first()].toObject(), path.mid(1));
+    return object;
 }
 
 bool isJsonArray(const QByteArray& document) {
@@ -126,36 +154,32 @@ private Q_SLOTS:
     }
 
     void everyKeyIsRequired_data() {
-        QTest::addColumn<QByteArray>("removed");
-        const char* keys[] = {"\"id\":\"6F1C2A3B-4D5E-4F60-8A7B-9C0D1E2F3A4B\",",
-                              "\"name\":\"Disk\",",
-                              "\"type\":\"shell\",",
-                              "\"isEnabled\":true,",
-                              "\"x\":40,",
-                              ",\"height\":60",
-                              "\"fontName\":\"SFMono-Regular\",",
-                              "\"red\":1,",
-                              ",\"alpha\":0",
-                              "\"showShadow\":true,",
-                              "\"cornerRadius\":16,",
-                              "\"opacity\":1,",
-                              ",\"textAlignment\":\"center\"",
-                              "\"refreshInterval\":5,",
-                              "\"shellCommand\":\"df -h \\/\",",
-                              "\"filePath\":\"\\/home\\/ann\\/.corkwheel_note.txt\",",
-                              "\"textTemplate\":\"Hello, desktop.\",",
-                              "\"imageSource\":\"\",",
-                              ",\"webpageURL\":\"\""};
-        for (const char* key : keys)
-            QTest::newRow(key) << QByteArray(key);
+        QTest::addColumn<QStringList>("path");
+        const QJsonObject panel =
+            QJsonDocument::fromJson(fixedDocument()).array().first().toObject();
+        addKeyRows(panel, {});
     }
 
     void everyKeyIsRequired() {
-        QFETCH(QByteArray, removed);
-        const QByteArray document = fixedDocumentWith(removed, QByteArray());
-        QVERIFY(document != fixedDocument());
-        QVERIFY(isJsonArray(document));
-        QVERIFY(!PanelDocument::decode(document));
+        QFETCH(QStringList, path);
+        QJsonArray panels = QJsonDocument::fromJson(fixedDocument()).array();
+        // The document as Qt writes it again still reads; only the missing key counts.
+        QVERIFY(PanelDocument::decode(QJsonDocument(panels).toJson(QJsonDocument::Compact)));
+        panels[0] = without(panels[0].toObject(), path);
+        QVERIFY(!PanelDocument::decode(QJsonDocument(panels).toJson(QJsonDocument::Compact)));
+    }
+
+    void everyKeyOfTheDocumentIsTried() {
+        const QJsonObject panel =
+            QJsonDocument::fromJson(fixedDocument()).array().first().toObject();
+        QStringList rows;
+        collectKeys(panel, {}, rows);
+        for (const char* key :
+             {"style", "frame.y", "frame.width", "style.textColor", "style.textColor.green",
+              "style.backgroundColor.blue", "style.fontSize", "clockFormat"})
+            QVERIFY2(rows.contains(QLatin1String(key)), key);
+        // 13 keys of the panel, 4 of its frame, 9 of its style and 4 of each of its colours.
+        QCOMPARE(rows.size(), 13 + 4 + 9 + 2 * 4);
     }
 
     void missingFrameOrStyleObjectIsRejected() {
