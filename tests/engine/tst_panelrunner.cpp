@@ -373,10 +373,25 @@ private Q_SLOTS:
     }
 
     void emptyFilePathShowsEmptyText() {
+        QTemporaryDir folder;
+        const QString note = folder.filePath(QStringLiteral("note.txt"));
+        QFile file(note);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("before");
+        file.close();
         Panel panel = panelOf(PanelType::File);
-        panel.filePath.clear();
+        panel.filePath = note;
         PanelRunner runner(panel, services());
         runner.start();
+        QTRY_COMPARE(runner.textOutput(), QStringLiteral("before"));
+
+        QSignalSpy text(&runner, &PanelRunner::textOutputChanged);
+        panel.filePath.clear();
+        runner.apply(panel);
+        QCOMPARE(runner.textOutput(), QString());
+        // Long after any read would have come back, nothing else arrived.
+        QTest::qWait(300);
+        QCOMPARE(text.count(), 1);
         QCOMPARE(runner.textOutput(), QString());
     }
 
