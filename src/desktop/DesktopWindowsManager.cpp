@@ -91,6 +91,7 @@ void DesktopWindowsManager::reconcile(const QList<Panel>& panels, bool editMode,
         }
         found->second->apply(panel, editMode, panelHidden);
     }
+    Q_EMIT reconciled();
 }
 
 void DesktopWindowsManager::removeControllersNotIn(const QList<Panel>& panels) {

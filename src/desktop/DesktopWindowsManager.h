@@ -34,6 +34,10 @@ public:
     DesktopPanelController* controller(const QUuid& id) const;
     qsizetype controllerCount() const { return static_cast<qsizetype>(m_controllers.size()); }
 
+Q_SIGNALS:
+    // After every pass over the panels, once each controller has its panel and flags.
+    void reconciled();
+
 private:
     void subscribe();
     void panelsChanged();

@@ -162,9 +162,17 @@ private Q_SLOTS:
     void togglingEditModeReachesEveryControllerInOnePass() {
         startWithThreePanels();
         m_platform->clearCalls();
-        QSignalSpy changes(&store(), &PanelStore::isEditModeChanged);
+        QSignalSpy passes(m_manager.get(), &DesktopWindowsManager::reconciled);
+        // What every controller has when the pass ends.
+        QList<bool> editModesAtPassEnd;
+        const QObject listening; // ends the connection with the test
+        connect(m_manager.get(), &DesktopWindowsManager::reconciled, &listening, [&] {
+            for (const Panel& panel : {m_clock, m_notes, m_disabled})
+                editModesAtPassEnd.append(controllerOf(panel)->hostView()->editMode());
+        });
         store().setEditMode(true);
-        QCOMPARE(changes.count(), 1);
+        QCOMPARE(passes.count(), 1);
+        QCOMPARE(editModesAtPassEnd, QList<bool>({true, true, true}));
         for (const Panel& panel : {m_clock, m_notes, m_disabled}) {
             QVERIFY(controllerOf(panel)->hostView()->editMode());
             QVERIFY(!m_platform->state(windowOf(panel)).pinned);
