@@ -4,6 +4,7 @@
 #include "model/PanelStore.h"
 
 #include "PanelFixtures.h"
+#include "SymbolTesting.h"
 
 #include <QAction>
 #include <QFile>
@@ -120,9 +121,9 @@ private Q_SLOTS:
     void itemsCarryTheirSymbols() {
         test::StoreFixture fixture({});
         MenuBarView view(*fixture.store);
-        QVERIFY(!entry(view, Settings)->icon().isNull());
-        QVERIFY(!entry(view, HideAll)->icon().isNull());
-        QVERIFY(!entry(view, EditMode)->icon().isNull());
+        QVERIFY(test::sameImage(entry(view, Settings)->icon(), QStringLiteral("gearshape")));
+        QVERIFY(test::sameImage(entry(view, HideAll)->icon(), QStringLiteral("eye.slash")));
+        QVERIFY(test::sameImage(entry(view, EditMode)->icon(), QStringLiteral("hand.draw")));
         QVERIFY(entry(view, Quit)->icon().isNull());
     }
 
