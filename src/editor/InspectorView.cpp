@@ -40,6 +40,9 @@ constexpr double kMinCornerRadius = 0;
 constexpr double kMaxCornerRadius = 40;
 constexpr double kMinOpacity = 0.1;
 constexpr double kMaxOpacity = 1.0;
+// The heading: the system font this much larger, set off by this many points.
+constexpr double kTitleScale = 1.4;
+constexpr int kTitleMargin = 10;
 
 // The panel's string that the source rows edit for `type`; none for system stats.
 using SourceString = QString Panel::*;
@@ -141,10 +144,26 @@ InspectorView::InspectorView(PanelStore& store, const QUuid& panelID, RunnerServ
     m_scrollArea->setWidget(content);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(buildTitle());
     layout->addWidget(m_scrollArea);
 
     showPanel(m_shown);
     connect(&m_store, &PanelStore::panelsChanged, this, &InspectorView::reload);
+}
+
+// The panel's name over the form, as the page's heading; a long name is cut off rather
+// than widening the editor.
+QLabel* InspectorView::buildTitle() {
+    m_title = new QLabel;
+    m_title->setObjectName(QStringLiteral("inspectorTitle"));
+    m_title->setTextFormat(Qt::PlainText);
+    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_title->setContentsMargins(kTitleMargin, kTitleMargin, kTitleMargin, 0);
+    QFont font = m_title->font();
+    font.setPointSizeF(font.pointSizeF() * kTitleScale);
+    font.setWeight(QFont::DemiBold);
+    m_title->setFont(font);
+    return m_title;
 }
 
 // The preview's content view reads the runner until it is gone, so the form goes first.
@@ -430,7 +449,7 @@ void InspectorView::reload() {
 // Each control is set only where it shows something else, so the field being typed in keeps
 // its cursor when the store echoes the keystroke back.
 void InspectorView::showPanel(const Panel& panel) {
-    setWindowTitle(panel.name);
+    m_title->setText(panel.name);
     m_previewStage->setPanel(panel);
     if (m_nameField->text() != panel.name)
         m_nameField->setText(panel.name);

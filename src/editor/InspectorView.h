@@ -14,6 +14,7 @@
 class QCheckBox;
 class QComboBox;
 class QFormLayout;
+class QLabel;
 class QLineEdit;
 class QScrollArea;
 class QSlider;
@@ -59,6 +60,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    QLabel* buildTitle();
     FormSection* buildPreviewSection();
     FormSection* buildGeneralSection();
     FormSection* buildSourceSection();
@@ -88,6 +90,7 @@ private:
     bool m_started = false;
 
     QScrollArea* m_scrollArea = nullptr;
+    QLabel* m_title = nullptr;
     PreviewStage* m_previewStage = nullptr;
     QLineEdit* m_nameField = nullptr;
     QCheckBox* m_enabledToggle = nullptr;

@@ -147,7 +147,16 @@ private Q_SLOTS:
         QCOMPARE(rowLabel(control<QLineEdit>("nameField")), QStringLiteral("Name"));
         QCOMPARE(control<QCheckBox>("enabledToggle")->text(), QStringLiteral("Enabled"));
         QVERIFY(!control<QCheckBox>("enabledToggle")->isChecked());
-        QCOMPARE(m_inspector->windowTitle(), QStringLiteral("Notes"));
+        // The name heads the inspector, over the form.
+        const auto* title = control<QLabel>("inspectorTitle");
+        QVERIFY(title->isVisibleTo(m_inspector.get()));
+        QCOMPARE(title->text(), QStringLiteral("Notes"));
+        QVERIFY(title->mapTo(m_inspector.get(), QPoint()).y() <
+                control<QLineEdit>("nameField")->mapTo(m_inspector.get(), QPoint()).y());
+        Panel renamed = panel;
+        renamed.name = QStringLiteral("Notes for today");
+        store().update(renamed);
+        QCOMPARE(title->text(), QStringLiteral("Notes for today"));
         // The type is chosen when a panel is added; the only pickers here are the style's.
         QStringList pickers;
         for (QComboBox* picker : m_inspector->findChildren<QComboBox*>())
@@ -521,7 +530,7 @@ private Q_SLOTS:
         QTest::keyClick(name, Qt::Key_End);
         QTest::keyClicks(name, QStringLiteral(" 2"));
         QCOMPARE(stored(panel.id).name, QStringLiteral("Notes 2"));
-        QCOMPARE(m_inspector->windowTitle(), QStringLiteral("Notes 2"));
+        QCOMPARE(control<QLabel>("inspectorTitle")->text(), QStringLiteral("Notes 2"));
         QCOMPARE(m_fixture->savedPanels().first().name, QStringLiteral("Notes"));
         QTRY_COMPARE(m_fixture->savedPanels().first().name, QStringLiteral("Notes 2"));
         // Both keystrokes went out in one write.
