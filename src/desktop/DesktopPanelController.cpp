@@ -2,6 +2,7 @@
 
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
+#include "desktop/PanelContentView.h"
 #include "desktop/PanelGeometry.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
@@ -19,6 +20,7 @@ DesktopPanelController::DesktopPanelController(const Panel& panel, PanelStore* s
     m_platform.preparePanelWindow(m_window.get());
     m_hostView = new DesktopPanelHostView(*m_runner);
     m_window->setContent(m_hostView);
+    m_hostView->contentView()->setFadesWindow(true);
     placeWindow(toScreen(panel.frame));
     m_hostView->setPanel(m_panel, false);
     m_runner->start();

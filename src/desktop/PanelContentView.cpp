@@ -97,7 +97,7 @@ void PanelContentView::redrawChangedBody() {
     if (!m_bodyOutdated)
         return;
     const double ratio = devicePixelRatioF();
-    if (!isVisible() || clampedOpacity(m_panel.style.opacity) <= 0 ||
+    if (!isVisible() || paintedOpacity() <= 0 ||
         !m_bodyLayer.holds(size(), ratio, m_panel.style.showShadow)) {
         // Drawn in full by the next paint, if any.
         update();
@@ -164,12 +164,28 @@ void PanelContentView::resizeEvent(QResizeEvent* event) {
     syncWebView();
 }
 
+void PanelContentView::setFadesWindow(bool fades) {
+    m_fadesWindow = fades;
+    syncWebView();
+}
+
+bool PanelContentView::windowCarriesOpacity() const {
+    return m_fadesWindow && m_webBody.showsPage();
+}
+
+double PanelContentView::paintedOpacity() const {
+    return windowCarriesOpacity() ? 1.0 : clampedOpacity(m_panel.style.opacity);
+}
+
 void PanelContentView::syncWebView() {
     m_webBody.sync(m_panel, rect());
+    if (m_fadesWindow)
+        window()->setWindowOpacity(windowCarriesOpacity() ? clampedOpacity(m_panel.style.opacity)
+                                                          : 1.0);
 }
 
 void PanelContentView::paintEvent(QPaintEvent*) {
-    const double opacity = clampedOpacity(m_panel.style.opacity);
+    const double opacity = paintedOpacity();
     if (opacity <= 0 || width() <= 0 || height() <= 0)
         return;
     QPainter painter(this);

@@ -42,6 +42,13 @@ public:
     // The web view, once a webpage panel has made one; null before.
     QWidget* webView() const;
 
+    // Lets this view fade the whole window it is in, for a webpage panel: the web view's
+    // page is composed by the window system apart from what this view paints, so only the
+    // window's own opacity reaches it. Only a view that fills its window asks for this.
+    void setFadesWindow(bool fades);
+    // The opacity this view paints its panel at; 1 while the window carries the panel's.
+    double paintedOpacity() const;
+
     // The hover help at `position`: on the summary of hidden disks, how to see them all.
     QString toolTipAt(const QPoint& position) const;
 
@@ -58,6 +65,7 @@ private:
     void paintWeb(QPainter& painter, const QRectF& rect);
     void remember(const StatsLayout& layout);
     void syncWebView();
+    bool windowCarriesOpacity() const;
     void redrawIfTextChanged();
     void bodyChanged();
     void redrawChangedBody();
@@ -76,6 +84,7 @@ private:
     bool m_bodyRedrawQueued = false;
     ImageBody m_imageBody;
     WebBody m_webBody;
+    bool m_fadesWindow = false;
 };
 
 } // namespace corkwheel

@@ -23,6 +23,7 @@
 #include <QTest>
 #include <QWidget>
 
+#include <algorithm>
 #include <memory>
 
 namespace corkwheel::test {
@@ -234,7 +235,10 @@ protected:
 // started with.
 class CorkwheelProcess {
 public:
-    explicit CorkwheelProcess(const QList<Panel>& panels) {
+    explicit CorkwheelProcess(const QList<Panel>& panels)
+        : m_loadsWebEngine(std::any_of(panels.begin(), panels.end(), [](const Panel& panel) {
+              return panel.type == PanelType::Webpage;
+          })) {
         const QDir home(m_home.path());
         home.mkpath(QStringLiteral("data/Corkwheel"));
         home.mkpath(QStringLiteral("runtime"));
@@ -291,9 +295,21 @@ private:
         env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
+        if (m_loadsWebEngine)
+            addWebEngineEnvironment(env);
         return env;
     }
 
+    // What the web engine needs here, as its own tests have it: no sandbox for root, no GPU
+    // on a virtual display, and no sanitizer checks of Chromium's own code.
+    static void addWebEngineEnvironment(QProcessEnvironment& env) {
+        env.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
+        env.insert(QStringLiteral("QTWEBENGINE_CHROMIUM_FLAGS"), QStringLiteral("--disable-gpu"));
+        env.insert(QStringLiteral("ASAN_OPTIONS"),
+                   QStringLiteral("new_delete_type_mismatch=0:detect_leaks=0"));
+    }
+
+    bool m_loadsWebEngine;
     QTemporaryDir m_home;
     QProcess m_process;
 };

@@ -208,6 +208,30 @@ private Q_SLOTS:
         QVERIFY(!panelIsSeenAt(sampleOf(rectOf(m_off.frame))));
     }
 
+    // The page is composed apart from the panel's own painting; the compositor fades it
+    // with the rest of the panel, over whatever the desktop shows there.
+    void webpagePanelIsSeenAtItsOpacity() {
+        QTemporaryDir pages;
+        QFile white(pages.filePath(QStringLiteral("white.html")));
+        QVERIFY(white.open(QIODevice::WriteOnly));
+        white.write("<html><body style='background:#ffffff'></body></html>");
+        white.close();
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.name = QStringLiteral("E2E Web");
+        panel.frame = {500, 100, 300, 200};
+        panel.webpageURL = QUrl::fromLocalFile(white.fileName()).toString();
+        panel.style.opacity = 0.5;
+        panel.style.showShadow = false;
+        const QPoint centre = rectOf(panel.frame).center();
+        const QColor desktop = screenPixel(centre);
+        const QColor halfway((desktop.red() + 255) / 2, (desktop.green() + 255) / 2,
+                             (desktop.blue() + 255) / 2);
+
+        QVERIFY(startCorkwheel({panel}, panel));
+        QTRY_VERIFY2_WITH_TIMEOUT(isColor(screenPixel(centre), halfway),
+                                  qPrintable(screenPixel(centre).name()), kWait * 2);
+    }
+
     void ordinaryWindowOpenedOverPanelCoversIt() {
         QVERIFY(startCorkwheel({m_alpha}, m_alpha));
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);

@@ -542,6 +542,47 @@ private Q_SLOTS:
         QCOMPARE(countPixels(renderView(1), QRectF(0, 0, 200, 120), near(kGreen)), 0);
     }
 
+    // The page is composed by the window system apart from the view's painting, so only
+    // the window's opacity can fade it: the desktop window carries the panel's opacity.
+    void webpagePanelFadesItsWholeWindowAtItsOpacity() {
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("https://example.org");
+        panel.frame = PanelFrame{0, 0, 200, 120};
+        panel.style.opacity = 0.5;
+        PanelContentView& view = show(panel);
+        QCOMPARE(view.windowOpacity(), 1.0);
+        view.setFadesWindow(true);
+        // Window systems keep opacity in 8 bits.
+        QVERIFY(qAbs(view.windowOpacity() - 0.5) < 0.01);
+        // Faded once, by the window, not once more by the painting.
+        QCOMPARE(view.paintedOpacity(), 1.0);
+
+        panel.style.opacity = 0.8;
+        view.setPanel(panel);
+        QVERIFY(qAbs(view.windowOpacity() - 0.8) < 0.01);
+
+        // Without a page the panel paints its placeholder faded itself.
+        panel.webpageURL.clear();
+        view.setPanel(panel);
+        QCOMPARE(view.windowOpacity(), 1.0);
+        QCOMPARE(view.paintedOpacity(), 0.8);
+    }
+
+    // The editor's preview shares its window with the editor, which must never fade.
+    void previewNeverFadesItsWindow() {
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.webpageURL = QStringLiteral("https://example.org");
+        panel.frame = PanelFrame{0, 0, 200, 120};
+        panel.style.opacity = 0.5;
+        QWidget editor;
+        PanelContentView& view = show(panel);
+        view.setParent(&editor);
+        view.setPanel(panel);
+        QCOMPARE(editor.windowOpacity(), 1.0);
+        QCOMPARE(view.paintedOpacity(), 0.5);
+        view.setParent(nullptr);
+    }
+
     void otherPanelTypesNeverTouchTheWebEngine() {
         for (PanelType type : allPanelTypes()) {
             if (type == PanelType::Webpage)
