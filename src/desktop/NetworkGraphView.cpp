@@ -2,6 +2,7 @@
 
 #include "desktop/MonospacedDigits.h"
 #include "desktop/PanelColors.h"
+#include "desktop/PanelFonts.h"
 #include "desktop/ShapedText.h"
 #include "desktop/Symbols.h"
 
@@ -93,7 +94,7 @@ QString NetworkGraphView::ratesText() const {
 
 double NetworkGraphView::headerHeight(const QFont& font) {
     // Whole points keep the canvas on the pixel grid, so its lines stay crisp.
-    return std::ceil(std::max(QFontMetricsF(font).height(), static_cast<double>(font.pixelSize())));
+    return std::ceil(std::max(QFontMetricsF(font).height(), PanelFonts::sizeOf(font)));
 }
 
 double NetworkGraphView::height(const QFont& font) {
@@ -115,7 +116,7 @@ void NetworkGraphView::paint(QPainter& painter, const QRectF& rect, const QFont&
 void NetworkGraphView::paintHeader(QPainter& painter, const QRectF& rect, const QFont& font,
                                    const QColor& textColor) const {
     const QFontMetricsF metrics(font);
-    const double symbolSize = font.pixelSize();
+    const double symbolSize = PanelFonts::sizeOf(font);
     const QString rates = ratesText();
     const double ratesWidth = MonospacedDigits::width(font, rates);
     const double baseline = rect.center().y() - metrics.height() / 2 + metrics.ascent();

@@ -17,9 +17,12 @@ namespace {
 constexpr double kCaptionScale = 0.85;
 constexpr double kSmallCaptionScale = 0.75;
 
+double boundedSize(double size) {
+    return std::isfinite(size) ? std::clamp(size, 1.0, 4096.0) : 1.0;
+}
+
 int pixelSizeFor(double size) {
-    const double finite = std::isfinite(size) ? size : 1.0;
-    return std::max(1, static_cast<int>(std::lround(std::clamp(finite, 1.0, 4096.0))));
+    return static_cast<int>(std::lround(boundedSize(size)));
 }
 
 QFont resolveStyleFont(const QString& family, int pixelSize) {
@@ -50,6 +53,12 @@ QFont styleFont(const QString& family, double size) {
     static FontCache<std::pair<QString, int>, QFont> resolved(kMaxFonts);
     const int pixelSize = pixelSizeFor(size);
     return resolved.value({family, pixelSize}, [&] { return resolveStyleFont(family, pixelSize); });
+}
+
+ScaledFont scaledStyleFont(const QString& family, double size) {
+    const double bounded = boundedSize(size);
+    const double whole = std::ceil(bounded);
+    return {styleFont(family, whole), bounded / whole};
 }
 
 QFont systemFont(double size, QFont::Weight weight) {

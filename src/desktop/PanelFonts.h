@@ -14,6 +14,15 @@ namespace corkwheel::PanelFonts {
 // its panels should stay monospaced here too.
 QFont styleFont(const QString& family, double size);
 
+// A font that draws at `size`, which may lie between two whole pixels. Qt makes glyphs in
+// whole pixels only, so `font` is at the whole size just above and what is drawn with it,
+// text and measurements alike, is to be scaled by `scale` (1 for a whole size).
+struct ScaledFont {
+    QFont font;
+    double scale = 1;
+};
+ScaledFont scaledStyleFont(const QString& family, double size);
+
 // The application's font at `size` and `weight`.
 QFont systemFont(double size, QFont::Weight weight = QFont::Normal);
 

@@ -2,6 +2,7 @@
 
 #include "desktop/MonospacedDigits.h"
 #include "desktop/PanelColors.h"
+#include "desktop/PanelFonts.h"
 #include "desktop/ShapedText.h"
 #include "desktop/Symbols.h"
 
@@ -56,7 +57,7 @@ double StatRow::barFraction(double fraction) {
 
 double StatRow::lineHeight(const QFont& font) {
     // Whole points keep the bar on the pixel grid, so its edges stay crisp.
-    return std::ceil(std::max(QFontMetricsF(font).height(), static_cast<double>(font.pixelSize())));
+    return std::ceil(std::max(QFontMetricsF(font).height(), PanelFonts::sizeOf(font)));
 }
 
 double StatRow::height(const QFont& font) {
@@ -74,7 +75,7 @@ void StatRow::paint(QPainter& painter, const QRectF& rect, const QFont& font,
 void StatRow::paintLine(QPainter& painter, const QRectF& rect, const QFont& font,
                         const QColor& color) const {
     const QFontMetricsF metrics(font);
-    const double symbolSize = font.pixelSize();
+    const double symbolSize = PanelFonts::sizeOf(font);
     const double baseline = rect.center().y() - metrics.height() / 2 + metrics.ascent();
     const double detailWidth = MonospacedDigits::width(font, detail);
 

@@ -28,10 +28,15 @@ void paint(QPainter& painter, const QRectF& rect, const StatsLayout& layout,
     const QColor color = PanelColors::toQColor(style.textColor);
     painter.save();
     painter.setClipRect(rect);
-    for (const StatsLayout::Row& row : layout.rows)
-        row.row.paint(painter, row.rect, layout.font, color);
     paintSummary(painter, layout, color);
-    NetworkGraphView(history, color).paint(painter, layout.graphRect, layout.font, color);
+    const double scale = layout.fontScale;
+    const auto scaled = [scale](const QRectF& r) {
+        return QRectF(r.topLeft() / scale, r.size() / scale);
+    };
+    painter.scale(scale, scale);
+    for (const StatsLayout::Row& row : layout.rows)
+        row.row.paint(painter, scaled(row.rect), layout.font, color);
+    NetworkGraphView(history, color).paint(painter, scaled(layout.graphRect), layout.font, color);
     painter.restore();
 }
 

@@ -56,18 +56,20 @@ double StatsLayout::fontSize(double styleFontSize) {
     return std::max(styleFontSize - 2, kMinimumFontSize);
 }
 
-QFont StatsLayout::statsFont(const PanelStyle& style) {
-    return PanelFonts::styleFont(style.fontName, fontSize(style.fontSize));
+PanelFonts::ScaledFont StatsLayout::statsFont(const PanelStyle& style) {
+    return PanelFonts::scaledStyleFont(style.fontName, fontSize(style.fontSize));
 }
 
 StatsLayout StatsLayout::build(const SystemStatsSample& sample, const PanelStyle& style,
                                const QSizeF& size, double measuredRowHeight,
                                double measuredNetworkHeight) {
     StatsLayout layout;
-    layout.font = statsFont(style);
+    const PanelFonts::ScaledFont font = statsFont(style);
+    layout.font = font.font;
+    layout.fontScale = font.scale;
     const double width = std::max(0.0, size.width() - 2 * kPadding);
-    layout.rowHeight = StatRow::height(layout.font);
-    layout.networkHeight = NetworkGraphView::height(layout.font);
+    layout.rowHeight = StatRow::height(layout.font) * layout.fontScale;
+    layout.networkHeight = NetworkGraphView::height(layout.font) * layout.fontScale;
     layout.fit =
         fittingDisks(sample.disks, size.height(), measuredRowHeight, measuredNetworkHeight);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/PanelFonts.h"
 #include "desktop/StatRow.h"
 #include "engine/DiskInfo.h"
 #include "engine/SystemStatsSample.h"
@@ -41,13 +42,16 @@ public:
     static QString summaryText(qint64 hidden);
     // The statistics are set 2 points smaller than the style's font, but never under 10.
     static double fontSize(double styleFontSize);
-    static QFont statsFont(const PanelStyle& style);
+    static PanelFonts::ScaledFont statsFont(const PanelStyle& style);
 
     static StatsLayout build(const SystemStatsSample& sample, const PanelStyle& style,
                              const QSizeF& size, double measuredRowHeight,
                              double measuredNetworkHeight);
 
+    // The rows and the graph are drawn with `font`, scaled by `fontScale` (see ScaledFont);
+    // the rectangles are the panel's own.
     QFont font;
+    double fontScale = 1;
     QList<Row> rows;
     DiskFit fit;
     // Empty when every disk is shown.

@@ -143,12 +143,14 @@ QString visiblePart(const QString& text, const QFont& font, const QSizeF& size) 
 
 void paint(QPainter& painter, const QRectF& rect, const QString& text, const PanelStyle& style) {
     const double inset = padding(style);
-    const QRectF inner = rect.adjusted(inset, inset, -inset, -inset);
-    if (inner.isEmpty())
+    const QRectF unscaled = rect.adjusted(inset, inset, -inset, -inset);
+    if (unscaled.isEmpty())
         return;
-    const QFont font = PanelFonts::styleFont(style.fontName, style.fontSize);
+    const auto [font, scale] = PanelFonts::scaledStyleFont(style.fontName, style.fontSize);
+    const QRectF inner(unscaled.topLeft() / scale, unscaled.size() / scale);
     const QString shown = visiblePart(text, font, inner.size());
     painter.save();
+    painter.scale(scale, scale);
     painter.setFont(font);
     painter.setPen(PanelColors::toQColor(style.textColor));
     LineWriter writer{painter, font, inner, alignmentOf(style.textAlignment), inner.top()};

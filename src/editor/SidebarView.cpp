@@ -28,7 +28,8 @@ constexpr int kHeaderBottom = 4;
 QLabel* makeHeader(QWidget* parent) {
     auto* header = new QLabel(QStringLiteral("Panels"), parent);
     header->setObjectName(QStringLiteral("panelsHeader"));
-    header->setFont(PanelFonts::systemFont(PanelFonts::caption().pixelSize(), QFont::DemiBold));
+    header->setFont(
+        PanelFonts::systemFont(PanelFonts::sizeOf(PanelFonts::caption()), QFont::DemiBold));
     header->setContentsMargins(kHeaderLeading, kHeaderTop, kHeaderLeading, kHeaderBottom);
     SecondaryText::apply(*header);
     return header;

@@ -272,7 +272,28 @@ private Q_SLOTS:
     void installedFontIsUsedByName() {
         const QFont font = PanelFonts::styleFont(QStringLiteral("DejaVu Serif"), 13);
         QCOMPARE(QFontInfo(font).family(), QStringLiteral("DejaVu Serif"));
-        QCOMPARE(font.pixelSize(), 13);
+        QCOMPARE(PanelFonts::sizeOf(font), 13.0);
+        QCOMPARE(QFontInfo(font).pixelSize(), 13);
+    }
+
+    // A size between two whole pixels is drawn at that size, not rounded to either.
+    void fractionalFontSizeIsDrawnAtThatSize() {
+        const QString line = QStringLiteral("MMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMM");
+        const auto widthAt = [&](double size) {
+            Panel panel = textPanel(line);
+            panel.style.fontName = QStringLiteral("DejaVu Sans");
+            panel.style.fontSize = size;
+            panel.frame = PanelFrame{0, 0, 1200, 100};
+            show(panel);
+            return inkBounds(renderView(1), isVisible).width();
+        };
+        const double at12 = widthAt(12);
+        const double at12AndAHalf = widthAt(12.5);
+        const double at13 = widthAt(13);
+        QVERIFY2(at12 + 4 < at12AndAHalf && at12AndAHalf + 4 < at13,
+                 qPrintable(QStringLiteral("%1 %2 %3").arg(at12).arg(at12AndAHalf).arg(at13)));
+        const auto [font, scale] = PanelFonts::scaledStyleFont(QStringLiteral("DejaVu Sans"), 12.5);
+        QCOMPARE(PanelFonts::sizeOf(font) * scale, 12.5);
     }
 
     void textIsAlignedByTheStyle_data() {

@@ -5,6 +5,7 @@
 
 #include "desktop/NetworkGraphView.h"
 #include "desktop/PanelContentView.h"
+#include "desktop/PanelFonts.h"
 #include "desktop/StatsLayout.h"
 #include "engine/PanelRunner.h"
 
@@ -221,7 +222,7 @@ private Q_SLOTS:
         PanelContentView& view = show(panel);
         const QImage image = settle();
         const StatsLayout layout = view.statsLayout();
-        QCOMPARE(layout.font.pixelSize(), statsSize);
+        QCOMPARE(PanelFonts::sizeOf(layout.font) * layout.fontScale, double(statsSize));
         // The row's symbol is as tall as the type.
         const QRectF line(layout.rows[0].rect.left(), layout.rows[0].rect.top(), statsSize + 1,
                           layout.rows[0].rect.height() - 8);

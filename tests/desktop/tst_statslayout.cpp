@@ -1,3 +1,4 @@
+#include "desktop/PanelFonts.h"
 #include "desktop/StatRow.h"
 #include "desktop/StatsLayout.h"
 
@@ -83,6 +84,7 @@ private Q_SLOTS:
         QTest::newRow("20") << 20.0 << 18.0;
         QTest::newRow("8") << 8.0 << 10.0;
         QTest::newRow("12") << 12.0 << 10.0;
+        QTest::newRow("14.5") << 14.5 << 12.5;
     }
 
     void statisticsAreSetTwoPointsSmallerButNeverUnderTen() {
@@ -91,7 +93,8 @@ private Q_SLOTS:
         QCOMPARE(StatsLayout::fontSize(styleSize), statsSize);
         PanelStyle style;
         style.fontSize = styleSize;
-        QCOMPARE(StatsLayout::statsFont(style).pixelSize(), static_cast<int>(statsSize));
+        const auto [font, scale] = StatsLayout::statsFont(style);
+        QCOMPARE(PanelFonts::sizeOf(font) * scale, statsSize);
     }
 
     void cpuUsageIsCutTowardZero_data() {
