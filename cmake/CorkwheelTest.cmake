@@ -36,6 +36,20 @@ function(corkwheel_add_window_manager_test name)
     endforeach()
 endfunction()
 
+# corkwheel_add_wayland_test(<name> SOURCES ... [LIBS ...])
+#
+# An end-to-end test on a headless Wayland desktop of its own (sway, which
+# scripts/in-wayland-desktop.sh starts), itself a client of Qt's Wayland platform.
+function(corkwheel_add_wayland_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    # As the application sets it for itself (DisplaySession).
+    corkwheel_test_environment(_env QT_QPA_PLATFORM=wayland QT_WAYLAND_DISABLE_FIXED_POSITIONS=1)
+    add_test(NAME ${name}
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-wayland-desktop.sh $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 300)
+endfunction()
+
 function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})

@@ -1,5 +1,6 @@
 #include "platform/DesktopPlatform.h"
 
+#include "platform/LayerShellSupport.h"
 #include "platform/QtDesktopPlatform.h"
 #include "platform/X11DesktopPlatform.h"
 
@@ -8,8 +9,12 @@
 namespace corkwheel {
 
 std::unique_ptr<DesktopPlatform> DesktopPlatform::create() {
-    if (QGuiApplication::platformName() == QStringLiteral("xcb"))
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QStringLiteral("xcb"))
         return std::make_unique<X11DesktopPlatform>();
+    if (platform.startsWith(QStringLiteral("wayland")) && LayerShellSupport::isBuilt() &&
+        LayerShellSupport::compositorOffersLayerShell())
+        return LayerShellSupport::createPlatform();
     return std::make_unique<QtDesktopPlatform>();
 }
 

@@ -12,7 +12,7 @@ class QPainterPath;
 namespace corkwheel {
 
 // Everything a panel window needs from the window system, in one place, so the rest of
-// the desktop code never mentions X11 (or, later, a Wayland layer shell). Every window
+// the desktop code never mentions X11 or Wayland's layer shell. Every window
 // operation of the panel controllers goes through here, which lets tests count them.
 class DesktopPlatform {
 public:
@@ -59,7 +59,8 @@ public:
     // leaves it out of both, whether it is shown yet or not.
     virtual void setListedInTaskbar(QWidget* window, bool listed) = 0;
 
-    // The platform of this session: X11 (also through XWayland) or, without it, plain Qt.
+    // The platform of this session: X11 (also through XWayland), layer surfaces on a
+    // Wayland compositor that offers them (where built), or else plain Qt.
     static std::unique_ptr<DesktopPlatform> create();
 };
 

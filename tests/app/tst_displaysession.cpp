@@ -44,6 +44,49 @@ private Q_SLOTS:
         QCOMPARE(qgetenv("QT_QPA_PLATFORM"), QByteArray("xcb"));
     }
 
+    void waylandSessionChoosesNativeWaylandOnlyWhereLayerShellWorks_data() {
+        QTest::addColumn<bool>("built");
+        QTest::addColumn<bool>("offered");
+        QTest::addColumn<QByteArray>("platform");
+        QTest::newRow("sway, with layer shell built") << true << true << QByteArray("wayland");
+        QTest::newRow("GNOME, which offers none") << true << false << QByteArray("xcb");
+        QTest::newRow("built without it") << false << true << QByteArray("xcb");
+        QTest::newRow("neither") << false << false << QByteArray("xcb");
+    }
+
+    void waylandSessionChoosesNativeWaylandOnlyWhereLayerShellWorks() {
+        QFETCH(bool, built);
+        QFETCH(bool, offered);
+        QFETCH(QByteArray, platform);
+        DisplaySession::Facts facts;
+        facts.waylandSession = true;
+        facts.layerShellBuilt = built;
+        facts.compositorOffersLayerShell = offered;
+        QCOMPARE(DisplaySession::qpaPlatformFor(facts), platform);
+        facts.platformChosenByUser = true;
+        QVERIFY(!DisplaySession::qpaPlatformFor(facts));
+    }
+
+    void x11SessionNeverChoosesWayland() {
+        DisplaySession::Facts facts;
+        facts.layerShellBuilt = true;
+        facts.compositorOffersLayerShell = true;
+        QVERIFY(!DisplaySession::qpaPlatformFor(facts));
+    }
+
+    void noWaylandCompositorMeansXWayland() {
+        // A session that says it is Wayland but whose compositor cannot be reached.
+        qputenv("WAYLAND_DISPLAY", "/nonexistent/wayland-socket");
+        QVERIFY(!DisplaySession::currentFacts().compositorOffersLayerShell);
+        QCOMPARE(DisplaySession::forcedQpaPlatform(), QByteArray("xcb"));
+    }
+
+    void waylandWindowsKeepThePlacesTheyAreGiven() {
+        qunsetenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS");
+        DisplaySession::applyToEnvironment();
+        QCOMPARE(qgetenv("QT_WAYLAND_DISABLE_FIXED_POSITIONS"), QByteArray("1"));
+    }
+
     void panelsRepaintWithoutSharedMemoryImages() {
         DisplaySession::applyToEnvironment();
         QCOMPARE(qgetenv("QT_XCB_NO_MITSHM"), QByteArray("1"));

@@ -1,11 +1,9 @@
 #pragma once
 
-// Shared by the end-to-end tests: X tools run from a test on a real X display, and the
-// corkwheel binary started with a document and XDG folders of its own. Everything is
+// Shared by the X end-to-end tests: X tools run from a test on a real X display. Everything is
 // checked from outside, the way the window system sees it: xwininfo, xprop and xdotool.
 
-#include "model/Panel.h"
-#include "model/PanelDocument.h"
+#include "CorkwheelProcess.h"
 
 #include <QColor>
 #include <QDir>
@@ -28,37 +26,9 @@
 
 namespace corkwheel::test {
 
-inline constexpr int kWait = 5000;
-
 inline constexpr char kNoDisplay[] =
     "DISPLAY is not set: these tests need an X display with a window manager and a "
     "compositor; scripts/test.sh starts one (Xvfb, openbox, picom)";
-
-// Why the tests cannot run: the first of `tools` that is not installed. Empty when all are.
-inline QString missingTool(const QStringList& tools) {
-    for (const QString& tool : tools) {
-        if (QStandardPaths::findExecutable(tool).isEmpty())
-            return tool + QStringLiteral(" is missing: scripts/test.sh installs it");
-    }
-    return {};
-}
-
-// Runs an X tool to the end while this process keeps handling its own window events.
-inline QString run(const QString& program, const QStringList& arguments) {
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForStarted(kWait))
-        return {};
-    QElapsedTimer timer;
-    timer.start();
-    while (process.state() != QProcess::NotRunning && timer.elapsed() < 20000)
-        QTest::qWait(10);
-    if (process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished(kWait);
-    }
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
 
 inline QString xdotool(const QStringList& arguments) {
     return run(QStringLiteral("xdotool"), arguments);
@@ -229,89 +199,6 @@ protected:
     void mousePressEvent(QMouseEvent* event) override {
         presses.append(event->globalPosition().toPoint());
     }
-};
-
-// The corkwheel binary with its own XDG folders and a document holding the panels it was
-// started with.
-class CorkwheelProcess {
-public:
-    explicit CorkwheelProcess(const QList<Panel>& panels)
-        : m_loadsWebEngine(std::any_of(panels.begin(), panels.end(), [](const Panel& panel) {
-              return panel.type == PanelType::Webpage;
-          })) {
-        const QDir home(m_home.path());
-        home.mkpath(QStringLiteral("data/Corkwheel"));
-        home.mkpath(QStringLiteral("runtime"));
-        QFile::setPermissions(home.filePath(QStringLiteral("runtime")),
-                              QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                                  QFileDevice::ExeOwner);
-        QFile document(documentPath());
-        if (document.open(QIODevice::WriteOnly))
-            document.write(PanelDocument::encode(panels).value_or(QByteArray()));
-        document.close();
-        m_process.setProcessEnvironment(environment());
-        m_process.setProgram(QStringLiteral(CORKWHEEL_BINARY));
-        m_process.start();
-    }
-
-    ~CorkwheelProcess() {
-        if (m_process.state() == QProcess::NotRunning)
-            return;
-        m_process.terminate();
-        if (!m_process.waitForFinished(kWait))
-            m_process.kill();
-        m_process.waitForFinished(kWait);
-    }
-
-    QProcess& process() { return m_process; }
-
-    QString documentPath() const {
-        return QDir(m_home.path()).filePath(QStringLiteral("data/Corkwheel/panels.json"));
-    }
-
-    QList<Panel> savedPanels() const {
-        QFile file(documentPath());
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return PanelDocument::decode(file.readAll()).value_or(QList<Panel>());
-    }
-
-    // Starts corkwheel once more in the same session, as a user would, and returns its exit
-    // code once it has ended.
-    int startAgain() const {
-        QProcess again;
-        again.setProcessEnvironment(environment());
-        again.start(QStringLiteral(CORKWHEEL_BINARY), {});
-        if (!again.waitForFinished(kWait * 2))
-            return -1;
-        return again.exitCode();
-    }
-
-private:
-    QProcessEnvironment environment() const {
-        const QDir home(m_home.path());
-        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
-        env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
-        env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
-        if (m_loadsWebEngine)
-            addWebEngineEnvironment(env);
-        return env;
-    }
-
-    // What the web engine needs here, as its own tests have it: no sandbox for root, no GPU
-    // on a virtual display, and no sanitizer checks of Chromium's own code.
-    static void addWebEngineEnvironment(QProcessEnvironment& env) {
-        env.insert(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
-        env.insert(QStringLiteral("QTWEBENGINE_CHROMIUM_FLAGS"), QStringLiteral("--disable-gpu"));
-        env.insert(QStringLiteral("ASAN_OPTIONS"),
-                   QStringLiteral("new_delete_type_mismatch=0:detect_leaks=0"));
-    }
-
-    bool m_loadsWebEngine;
-    QTemporaryDir m_home;
-    QProcess m_process;
 };
 
 // The X window named `name` once it is mapped; 0 when none comes.

@@ -2,6 +2,8 @@
 
 #include "engine/Clock.h"
 
+#include <QTimeZone>
+
 namespace corkwheel::test {
 
 // A clock that moves only when the test moves it.
@@ -17,7 +19,7 @@ public:
     }
 
 private:
-    QDateTime m_now = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), Qt::UTC);
+    QDateTime m_now = QDateTime(QDate(2026, 1, 2), QTime(3, 4, 5), QTimeZone::utc());
     double m_monotonic = 1000;
 };
 

@@ -15,6 +15,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <memory>
 #include <vector>
@@ -78,7 +79,7 @@ private:
 
 // A whole second of wall-clock time, in milliseconds since the epoch.
 const qint64 kWholeSecondMs =
-    QDateTime(QDate(2026, 11, 22), QTime(12, 0, 7), Qt::UTC).toMSecsSinceEpoch();
+    QDateTime(QDate(2026, 11, 22), QTime(12, 0, 7), QTimeZone::utc()).toMSecsSinceEpoch();
 
 } // namespace
 

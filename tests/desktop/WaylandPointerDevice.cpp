@@ -1,0 +1,132 @@
+// A pointer device plugged into a wlroots compositor for as long as this program runs, moved
+// and pressed on command.
+//
+// A headless compositor has no input devices, so its seat offers clients no pointer at all.
+// This program makes a virtual pointer (the wlroots virtual-pointer protocol), prints "ready"
+// once the compositor has it, and then reads commands, a line each, answering each with "ok"
+// once the compositor has it:
+//
+//   move X Y      the pointer to (X, Y) of an output of WIDTHxHEIGHT, the program's arguments
+//   press         the left button down
+//   release       the left button up
+//
+// It keeps the device until its standard input closes.
+//
+// The protocol's two interfaces are spelled out here rather than generated, as only their
+// first requests are used and Debian ships no package with the protocol's description.
+
+#include <wayland-client.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string>
+
+namespace {
+
+extern const wl_interface virtualPointerInterface;
+
+const wl_interface* createTypes[] = {&wl_seat_interface, &virtualPointerInterface};
+
+const wl_message managerRequests[] = {
+    {"create_virtual_pointer", "?on", createTypes},
+    {"destroy", "", nullptr},
+};
+
+const wl_interface managerInterface = {
+    "zwlr_virtual_pointer_manager_v1", 1, 2, managerRequests, 0, nullptr,
+};
+
+const wl_interface* noTypes[] = {nullptr, nullptr, nullptr, nullptr, nullptr};
+
+const wl_message pointerRequests[] = {
+    {"motion", "uff", noTypes},   {"motion_absolute", "uuuuu", noTypes},
+    {"button", "uuu", noTypes},   {"axis", "uuf", noTypes},
+    {"frame", "", nullptr},       {"axis_source", "u", noTypes},
+    {"axis_stop", "uu", noTypes}, {"axis_discrete", "uufi", noTypes},
+    {"destroy", "", nullptr},
+};
+
+const wl_interface virtualPointerInterface = {
+    "zwlr_virtual_pointer_v1", 1, 9, pointerRequests, 0, nullptr,
+};
+
+void noteGlobal(void* manager, wl_registry* registry, uint32_t name, const char* interface,
+                uint32_t) {
+    if (std::strcmp(interface, managerInterface.name) == 0)
+        *static_cast<wl_proxy**>(manager) =
+            static_cast<wl_proxy*>(wl_registry_bind(registry, name, &managerInterface, 1));
+}
+
+void ignoreRemovedGlobal(void*, wl_registry*, uint32_t) {}
+
+enum Request : uint32_t { MotionAbsolute = 1, Button = 2, Frame = 4, Destroy = 8 };
+constexpr uint32_t kLeftButton = 0x110;
+
+uint32_t milliseconds() {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return static_cast<uint32_t>(now.tv_sec * 1000 + now.tv_nsec / 1000000);
+}
+
+// Carries out one command line; false for one it does not know.
+bool perform(wl_proxy* pointer, const std::string& line, uint32_t width, uint32_t height) {
+    unsigned x = 0;
+    unsigned y = 0;
+    if (std::sscanf(line.c_str(), "move %u %u", &x, &y) == 2)
+        wl_proxy_marshal_flags(pointer, MotionAbsolute, nullptr, 1, 0, milliseconds(), x, y, width,
+                               height);
+    else if (line == "press" || line == "release")
+        wl_proxy_marshal_flags(pointer, Button, nullptr, 1, 0, milliseconds(), kLeftButton,
+                               line == "press" ? 1u : 0u);
+    else
+        return false;
+    wl_proxy_marshal_flags(pointer, Frame, nullptr, 1, 0);
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: %s OUTPUT-WIDTH OUTPUT-HEIGHT\n", argv[0]);
+        return 2;
+    }
+    const auto width = static_cast<uint32_t>(std::strtoul(argv[1], nullptr, 10));
+    const auto height = static_cast<uint32_t>(std::strtoul(argv[2], nullptr, 10));
+    wl_display* display = wl_display_connect(nullptr);
+    if (!display) {
+        std::fprintf(stderr, "no Wayland display\n");
+        return 1;
+    }
+    wl_proxy* manager = nullptr;
+    wl_registry* registry = wl_display_get_registry(display);
+    static const wl_registry_listener listener{&noteGlobal, &ignoreRemovedGlobal};
+    wl_registry_add_listener(registry, &listener, &manager);
+    wl_display_roundtrip(display);
+    if (!manager) {
+        std::fprintf(stderr, "the compositor offers no virtual pointers\n");
+        return 1;
+    }
+    wl_proxy* pointer =
+        wl_proxy_marshal_flags(manager, 0, &virtualPointerInterface, 1, 0, nullptr, nullptr);
+    wl_display_roundtrip(display);
+    std::printf("ready\n");
+    std::fflush(stdout);
+
+    char line[128];
+    while (std::fgets(line, sizeof line, stdin)) {
+        std::string command(line);
+        while (!command.empty() && (command.back() == '\n' || command.back() == '\r'))
+            command.pop_back();
+        const bool done = perform(pointer, command, width, height);
+        wl_display_roundtrip(display);
+        std::printf(done ? "ok\n" : "unknown command\n");
+        std::fflush(stdout);
+    }
+    wl_proxy_marshal_flags(pointer, Destroy, nullptr, 1, WL_MARSHAL_FLAG_DESTROY);
+    wl_display_roundtrip(display);
+    wl_display_disconnect(display);
+    return 0;
+}

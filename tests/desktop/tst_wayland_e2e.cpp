@@ -1,0 +1,280 @@
+// Panel windows as layer surfaces of a real Wayland compositor: sway, headless, which
+// scripts/in-wayland-desktop.sh starts. The first test runs the corkwheel binary, which must
+// choose Wayland itself (there is no X server to fall back on); the others run the store and
+// the windows manager inside this process, itself a Wayland client. Everything is checked
+// the way a user sees it: the output's pixels, taken with grim, and the pointer, moved with
+// swaymsg.
+
+#include "CorkwheelProcess.h"
+#include "PanelFixtures.h"
+
+#include "desktop/DesktopWindowsManager.h"
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QTest>
+#include <QWidget>
+
+using namespace corkwheel;
+using namespace corkwheel::test;
+
+namespace {
+
+constexpr QColor kPanelColor(204, 26, 26);
+constexpr QColor kWindowColor(40, 90, 220);
+// sway's background here (scripts/in-wayland-desktop.sh).
+constexpr QColor kDesktopColor(0x33, 0x66, 0x99);
+
+bool isColor(const QColor& seen, const QColor& expected) {
+    constexpr int kTolerance = 12;
+    return std::abs(seen.red() - expected.red()) <= kTolerance &&
+           std::abs(seen.green() - expected.green()) <= kTolerance &&
+           std::abs(seen.blue() - expected.blue()) <= kTolerance;
+}
+
+// The whole output as the compositor drew it.
+QImage screenshot() {
+    QProcess grim;
+    grim.start(QStringLiteral("grim"),
+               {QStringLiteral("-t"), QStringLiteral("ppm"), QStringLiteral("-")});
+    if (!grim.waitForFinished(kWait))
+        return {};
+    return QImage::fromData(grim.readAllStandardOutput(), "PPM");
+}
+
+QColor screenPixel(QPoint at) {
+    return screenshot().pixelColor(at);
+}
+
+bool panelIsSeenAt(QPoint at) {
+    return isColor(screenPixel(at), kPanelColor);
+}
+
+bool windowIsSeenAt(QPoint at) {
+    return isColor(screenPixel(at), kWindowColor);
+}
+
+void swaymsg(const QStringList& arguments) {
+    run(QStringLiteral("swaymsg"), arguments);
+}
+
+Panel filledPanel(const QString& name, const PanelFrame& frame, bool enabled = true) {
+    Panel panel = textPanel(name, frame, enabled);
+    panel.style.backgroundColor = {kPanelColor.redF(), kPanelColor.greenF(), kPanelColor.blueF(),
+                                   1};
+    panel.style.showShadow = false;
+    return panel;
+}
+
+QRect rectOf(const PanelFrame& frame) {
+    return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
+}
+
+// Inside the panel, away from its text at the top-left corner and from the resize handle
+// at the bottom-right one.
+QPoint sampleOf(const QRect& panel) {
+    return {panel.left() + panel.width() * 3 / 4, panel.bottom() - 8};
+}
+
+// An application's window, filled with one colour, which sway tiles over the whole output;
+// it keeps the presses it receives.
+class OrdinaryWindow : public QWidget {
+public:
+    OrdinaryWindow() {
+        setWindowTitle(QStringLiteral("E2E Ordinary"));
+        setAutoFillBackground(true);
+        QPalette filled = palette();
+        filled.setColor(QPalette::Window, kWindowColor);
+        setPalette(filled);
+        show();
+    }
+
+    int presses = 0;
+
+protected:
+    void mousePressEvent(QMouseEvent*) override { ++presses; }
+};
+
+// The output's size (scripts/in-wayland-desktop.sh).
+constexpr QSize kOutputSize(1280, 800);
+
+// The pointer, a virtual device of the compositor's that this test moves and presses.
+class Pointer {
+public:
+    bool plugIn() {
+        m_device.start(
+            QStringLiteral(CORKWHEEL_POINTER_DEVICE),
+            {QString::number(kOutputSize.width()), QString::number(kOutputSize.height())});
+        return answer() == "ready";
+    }
+
+    ~Pointer() {
+        m_device.closeWriteChannel();
+        if (!m_device.waitForFinished(kWait))
+            m_device.kill();
+    }
+
+    bool moveTo(QPoint at) { return command(QStringLiteral("move %1 %2").arg(at.x()).arg(at.y())); }
+
+    void click(QPoint at) {
+        moveTo(at);
+        command(QStringLiteral("press"));
+        command(QStringLiteral("release"));
+    }
+
+    // A press at `from`, the pointer moved in steps to `to`, and the release there.
+    void drag(QPoint from, QPoint to) {
+        moveTo(from);
+        command(QStringLiteral("press"));
+        constexpr int kSteps = 10;
+        for (int step = 1; step <= kSteps; ++step) {
+            moveTo(from + (to - from) * step / kSteps);
+            QTest::qWait(20);
+        }
+        command(QStringLiteral("release"));
+    }
+
+private:
+    bool command(const QString& line) {
+        m_device.write(line.toUtf8() + '\n');
+        return answer() == "ok";
+    }
+
+    // The device's next line, while this process goes on handling its own windows' events.
+    QByteArray answer() {
+        QElapsedTimer timer;
+        timer.start();
+        while (!m_device.canReadLine() && timer.elapsed() < kWait)
+            QTest::qWait(5);
+        return m_device.readLine().trimmed();
+    }
+
+    QProcess m_device;
+};
+} // namespace
+
+class WaylandE2ETest : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopWindowsManager> m_manager;
+    std::unique_ptr<OrdinaryWindow> m_ordinary;
+    Pointer m_pointer;
+
+    Panel m_alpha = filledPanel(QStringLiteral("E2E Alpha"), {100, 100, 300, 80});
+    Panel m_beta = filledPanel(QStringLiteral("E2E Beta"), {500, 300, 300, 80});
+    Panel m_off = filledPanel(QStringLiteral("E2E Off"), {100, 600, 240, 60}, false);
+
+    void startInProcess(const QList<Panel>& panels) {
+        m_fixture = std::make_unique<StoreFixture>(panels);
+        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store);
+    }
+
+    PanelStore& store() { return *m_fixture->store; }
+
+    PanelFrame savedFrame(const Panel& panel) const {
+        for (const Panel& saved : m_fixture->savedPanels()) {
+            if (saved.id == panel.id)
+                return saved.frame;
+        }
+        return {};
+    }
+
+    void openWindowOver(const QRect& panel) {
+        m_ordinary = std::make_unique<OrdinaryWindow>();
+        QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
+        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (qEnvironmentVariableIsEmpty("SWAYSOCK"))
+            QSKIP("SWAYSOCK is not set: these tests run under sway, which "
+                  "scripts/in-wayland-desktop.sh starts");
+        const QString missing = missingTool({QStringLiteral("grim"), QStringLiteral("swaymsg")});
+        QVERIFY2(missing.isEmpty(), qPrintable(missing));
+        QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland"));
+        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel({5, 5}), kDesktopColor), kWait);
+        QVERIFY2(m_pointer.plugIn(), "the compositor takes no virtual pointer");
+    }
+
+    void cleanup() {
+        swaymsg({QStringLiteral("workspace"), QStringLiteral("number"), QStringLiteral("1")});
+        m_ordinary.reset();
+        m_manager.reset();
+        m_fixture.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(
+            isColor(screenPixel(sampleOf(rectOf(m_alpha.frame))), kDesktopColor), kWait);
+    }
+
+    void binaryShowsEachEnabledPanelAtItsFrame() {
+        CorkwheelProcess corkwheel({m_alpha, m_beta, m_off}, QString());
+        QVERIFY(corkwheel.process().waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait * 2);
+        const QImage screen = screenshot();
+        for (const Panel& panel : {m_alpha, m_beta}) {
+            const QRect frame = rectOf(panel.frame);
+            QVERIFY(isColor(screen.pixelColor(sampleOf(frame)), kPanelColor));
+            // Its edges are where the frame says, not an output's centre or corner.
+            QVERIFY(isColor(screen.pixelColor(frame.center() + QPoint(frame.width() / 2 - 4, 0)),
+                            kPanelColor));
+            QVERIFY(isColor(screen.pixelColor(frame.center() + QPoint(frame.width() / 2 + 4, 0)),
+                            kDesktopColor));
+            QVERIFY(isColor(screen.pixelColor(frame.center() - QPoint(0, frame.height() / 2 + 4)),
+                            kDesktopColor));
+        }
+        QVERIFY(isColor(screen.pixelColor(sampleOf(rectOf(m_off.frame))), kDesktopColor));
+    }
+
+    void ordinaryWindowOpenedOverPanelCoversIt() {
+        startInProcess({m_alpha});
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);
+        openWindowOver(rectOf(m_alpha.frame));
+    }
+
+    void panelStaysShownOnAnotherWorkspace() {
+        startInProcess({m_alpha});
+        const QPoint sample = sampleOf(rectOf(m_alpha.frame));
+        openWindowOver(rectOf(m_alpha.frame));
+        swaymsg({QStringLiteral("workspace"), QStringLiteral("number"), QStringLiteral("2")});
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+    }
+
+    void hiddenPanelsAreUnmappedAndComeBackBelowWindows() {
+        startInProcess({m_alpha});
+        const QPoint sample = sampleOf(rectOf(m_alpha.frame));
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+        store().setPanelsHidden(true);
+        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(sample), kDesktopColor), kWait);
+        store().setPanelsHidden(false);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+        openWindowOver(rectOf(m_alpha.frame));
+    }
+
+    void editModeLiftsDragsAndPinsAgain() {
+        startInProcess({m_alpha});
+        const QRect start = rectOf(m_alpha.frame);
+        openWindowOver(start);
+
+        store().setEditMode(true);
+        // Above ordinary windows, taking the mouse: a drag of its title bar moves it.
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
+        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        m_pointer.drag(titleBar, titleBar + QPoint(40, 300));
+        const QRect moved = start.translated(40, 300);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(moved)), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(rectOf(savedFrame(m_alpha)), moved, kWait);
+        QCOMPARE(m_ordinary->presses, 0);
+
+        // Back below the window, which now gets the pointer over the panel.
+        store().setEditMode(false);
+        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(moved)), kWait);
+        m_pointer.click(sampleOf(moved));
+        QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses, 1, kWait);
+        QCOMPARE(rectOf(savedFrame(m_alpha)), moved);
+    }
+};
+
+QTEST_MAIN(WaylandE2ETest)
+#include "tst_wayland_e2e.moc"
