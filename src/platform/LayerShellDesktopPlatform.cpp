@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QVariant>
 #include <QWidget>
@@ -16,11 +17,7 @@ namespace {
 // The frame last given, in Qt's global coordinates: a Wayland client is never told where
 // its surfaces are, so Qt's own idea of a window's place is only what it was last told.
 constexpr char kFrameProperty[] = "corkwheelFrame";
-
-LayerShellQt::Window* layerOf(QWidget* window) {
-    QWindow* handle = window->windowHandle();
-    return handle ? LayerShellQt::Window::get(handle) : nullptr;
-}
+constexpr char kLayerSurfaceProperty[] = "corkwheelLayerSurface";
 
 QScreen* mainScreen() {
     return QGuiApplication::primaryScreen();
@@ -57,34 +54,87 @@ protected:
     }
 };
 
+// The layer surface of one panel window, kept through the native window being made anew:
+// Qt does that when a web view first joins the window, and the new native window would
+// otherwise be an ordinary one, which a tiling compositor spreads over the whole screen.
+class LayerSurface : public QObject {
+public:
+    explicit LayerSurface(QWidget* window) : QObject(window), m_window(window) {
+        window->setProperty(kLayerSurfaceProperty, QVariant::fromValue<QObject*>(this));
+        window->installEventFilter(this);
+        // The layer surface is chosen for the native window before it is first shown.
+        window->winId();
+        apply();
+    }
+
+    static LayerSurface* of(const QWidget* window) {
+        return static_cast<LayerSurface*>(
+            window->property(kLayerSurfaceProperty).value<QObject*>());
+    }
+
+    void setPinned(bool pinned) {
+        m_layer = pinned ? LayerShellQt::Window::LayerBottom : LayerShellQt::Window::LayerTop;
+        if (m_settings)
+            m_settings->setLayer(m_layer);
+    }
+
+    void setMargins(const QMargins& margins) {
+        m_margins = margins;
+        if (m_settings)
+            m_settings->setMargins(margins);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        // Sent when the widget has a new native window, before that is shown.
+        if (event->type() == QEvent::WinIdChange)
+            apply();
+        return false;
+    }
+
+private:
+    void apply() {
+        QWindow* handle = m_window->windowHandle();
+        if (!handle || handle == m_handle)
+            return;
+        m_handle = handle;
+        if (QScreen* screen = mainScreen())
+            handle->setScreen(screen);
+        m_settings = LayerShellQt::Window::get(handle);
+        if (!m_settings)
+            return;
+        m_settings->setScope(QStringLiteral("corkwheel"));
+        m_settings->setLayer(m_layer);
+        m_settings->setAnchors(LayerShellQt::Window::Anchors(LayerShellQt::Window::AnchorTop |
+                                                             LayerShellQt::Window::AnchorLeft));
+        m_settings->setMargins(m_margins);
+        m_settings->setExclusiveZone(-1);
+        m_settings->setKeyboardInteractivity(LayerShellQt::Window::KeyboardInteractivityNone);
+        m_settings->setScreenConfiguration(LayerShellQt::Window::ScreenFromQWindow);
+        // When its output goes away the panel waits to be placed on the next main screen,
+        // rather than being closed for good.
+        m_settings->setCloseOnDismissed(false);
+    }
+
+    QWidget* m_window;
+    // The native window the settings were made for.
+    QPointer<QWindow> m_handle;
+    QPointer<LayerShellQt::Window> m_settings;
+    LayerShellQt::Window::Layer m_layer = LayerShellQt::Window::LayerBottom;
+    QMargins m_margins;
+};
+
 } // namespace
 
 void LayerShellDesktopPlatform::preparePanelWindow(QWidget* window) {
     QtDesktopPlatform::preparePanelWindow(window);
     window->installEventFilter(new WholeRepaints(window));
-    // The layer surface is chosen for the native window before it is first shown.
-    window->winId();
-    LayerShellQt::Window* layer = layerOf(window);
-    if (!layer)
-        return;
-    layer->setScope(QStringLiteral("corkwheel"));
-    layer->setLayer(LayerShellQt::Window::LayerBottom);
-    layer->setAnchors(LayerShellQt::Window::Anchors(LayerShellQt::Window::AnchorTop |
-                                                    LayerShellQt::Window::AnchorLeft));
-    layer->setExclusiveZone(-1);
-    layer->setKeyboardInteractivity(LayerShellQt::Window::KeyboardInteractivityNone);
-    layer->setScreenConfiguration(LayerShellQt::Window::ScreenFromQWindow);
-    // When its output goes away the panel waits to be placed on the next main screen,
-    // rather than being closed for good.
-    layer->setCloseOnDismissed(false);
-    if (QScreen* screen = mainScreen())
-        window->windowHandle()->setScreen(screen);
+    new LayerSurface(window);
 }
 
 void LayerShellDesktopPlatform::setPinned(QWidget* window, bool pinned) {
-    if (LayerShellQt::Window* layer = layerOf(window))
-        layer->setLayer(pinned ? LayerShellQt::Window::LayerBottom
-                               : LayerShellQt::Window::LayerTop);
+    if (LayerSurface* surface = LayerSurface::of(window))
+        surface->setPinned(pinned);
     QtDesktopPlatform::setPinned(window, pinned);
 }
 
@@ -92,8 +142,8 @@ void LayerShellDesktopPlatform::setFrame(QWidget* window, const QRect& frame) {
     keepOnMainScreen(window);
     const QRect screen = mainScreenGeometry().value_or(QRect());
     const bool moved = this->frame(window).topLeft() != frame.topLeft();
-    if (LayerShellQt::Window* layer = layerOf(window))
-        layer->setMargins(QMargins(frame.x() - screen.x(), frame.y() - screen.y(), 0, 0));
+    if (LayerSurface* surface = LayerSurface::of(window))
+        surface->setMargins(QMargins(frame.x() - screen.x(), frame.y() - screen.y(), 0, 0));
     window->setProperty(kFrameProperty, frame);
     // Qt reckons the pointer's global positions from the place it knows for a window. While
     // a button is held, a compositor such as sway keeps giving the pointer's position

@@ -12,7 +12,9 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 #include <QWidget>
 
 using namespace corkwheel;
@@ -204,8 +206,7 @@ private Q_SLOTS:
         m_ordinary.reset();
         m_manager.reset();
         m_fixture.reset();
-        QTRY_VERIFY_WITH_TIMEOUT(
-            isColor(screenPixel(sampleOf(rectOf(m_alpha.frame))), kDesktopColor), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(!panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);
     }
 
     void binaryShowsEachEnabledPanelAtItsFrame() {
@@ -225,6 +226,29 @@ private Q_SLOTS:
                             kDesktopColor));
         }
         QVERIFY(isColor(screen.pixelColor(sampleOf(rectOf(m_off.frame))), kDesktopColor));
+    }
+
+    // A web view joining the window makes Qt create its native window anew; it stays a
+    // layer surface at the frame, not an ordinary window over the whole output.
+    void webpagePanelStaysALayerSurfaceAtItsFrame() {
+        QTemporaryDir pages;
+        QFile white(pages.filePath(QStringLiteral("white.html")));
+        QVERIFY(white.open(QIODevice::WriteOnly));
+        white.write("<html><body style='background:#ffffff'></body></html>");
+        white.close();
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.frame = {500, 300, 300, 200};
+        panel.webpageURL = QUrl::fromLocalFile(white.fileName()).toString();
+        panel.style.showShadow = false;
+        const QRect frame = rectOf(panel.frame);
+        CorkwheelProcess corkwheel({panel}, QString());
+        QVERIFY(corkwheel.process().waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(frame.center()), Qt::white), kWait * 3);
+        QTest::qWait(500);
+        const QImage screen = screenshot();
+        QVERIFY(isColor(screen.pixelColor(frame.center()), Qt::white));
+        QVERIFY(isColor(screen.pixelColor(frame.topLeft() - QPoint(10, 10)), kDesktopColor));
+        QVERIFY(isColor(screen.pixelColor(frame.bottomRight() + QPoint(10, 10)), kDesktopColor));
     }
 
     void ordinaryWindowOpenedOverPanelCoversIt() {
@@ -273,6 +297,21 @@ private Q_SLOTS:
         m_pointer.click(sampleOf(moved));
         QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses, 1, kWait);
         QCOMPARE(rectOf(savedFrame(m_alpha)), moved);
+    }
+
+    // Last, as it leaves the desktop with another output.
+    void panelsMoveToTheNewMainOutputWhenTheirsGoesAway() {
+        startInProcess({m_alpha});
+        const QPoint sample = sampleOf(rectOf(m_alpha.frame));
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+        swaymsg({QStringLiteral("create_output")});
+        swaymsg({QStringLiteral("output"), QStringLiteral("HEADLESS-2"), QStringLiteral("position"),
+                 QStringLiteral("1280"), QStringLiteral("0"), QStringLiteral("bg"),
+                 QStringLiteral("#993333"), QStringLiteral("solid_color")});
+        swaymsg({QStringLiteral("output"), QStringLiteral("HEADLESS-1"), QStringLiteral("unplug")});
+        // The screenshot now holds the other output alone, its corner at the image's.
+        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel({5, 5}), QColor(0x99, 0x33, 0x33)), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
     }
 };
 
