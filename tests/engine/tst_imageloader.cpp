@@ -16,7 +16,8 @@ QByteArray encoded(const QByteArray& format) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, format);
-    writer.setQuality(100);
+    // Below 100: at 100 WebP is lossless, which Qt 6.8.2's WebP plugin cannot read back.
+    writer.setQuality(90);
     return writer.write(image) ? bytes : QByteArray();
 }
 
