@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Checks Corkwheel as a user installs it, from the build/ that scripts/test.sh made:
+# Checks Corkwheel as a user installs it, from the build/ that scripts/test.sh made
+# (build-debian13/ on Debian 13):
 # the files `cmake --install` puts in place pass the freedesktop validators, and the Debian
 # package CPack builds installs, starts the three starter panels on a virtual desktop,
 # hands a second start to the running Corkwheel, loads the web engine plugin for a webpage
@@ -8,7 +9,7 @@ set -uo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
 root=$(repo_root)
-build_dir="$root/build"
+build_dir=$(build_folder)
 app_id=io.github.corkwheel.Corkwheel
 icon_sizes=(16 22 24 32 48 64 128 256 512)
 starter_panels=("Clock" "System Stats" "Uptime")

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds Corkwheel into build/ and starts it.
+# Installs what is missing, builds Corkwheel into build/ (build-debian13/ on Debian 13) and
+# starts it.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
-root=$(repo_root)
+build_dir=$(build_folder)
 
 install_missing_packages "${BUILD_PACKAGES[@]}"
-configure_and_build "$root/build"
-exec "$root/build/bin/corkwheel"
+configure_and_build "$build_dir"
+exec "$build_dir/bin/corkwheel"

@@ -5,15 +5,16 @@
 #
 #   scripts/test.sh              the normal build, in build/
 #   scripts/test.sh --sanitize   AddressSanitizer + UndefinedBehaviorSanitizer, in build-asan/
+#
+# On Debian 13 the folders are build-debian13/ and build-debian13-asan/.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
-root=$(repo_root)
 
-build_dir="$root/build"
+build_dir=$(build_folder)
 options=(-DCORKWHEEL_WERROR=ON)
 if [[ "${1:-}" == "--sanitize" ]]; then
-    build_dir="$root/build-asan"
+    build_dir=$(build_folder asan)
     options+=(-DCORKWHEEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug -DCORKWHEEL_BUILD_BENCH=OFF)
 fi
 

@@ -1,4 +1,8 @@
-# Shared by run.sh and test.sh: what Corkwheel needs from Debian 12, and how it is built.
+# Shared by run.sh and test.sh: what Corkwheel needs from Debian 12 or 13, and how it is built.
+
+# The Debian release this runs on: bookworm (12) or trixie (13).
+# shellcheck source=/dev/null
+DEBIAN_CODENAME=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
 
 BUILD_PACKAGES=(
     cmake ninja-build g++ pkg-config
@@ -23,8 +27,29 @@ PACKAGE_CHECK_PACKAGES=(
     desktop-file-utils appstream dpkg-dev file groff-base
 )
 
+# Debian 13 has these packages under the same names, and more besides. Its libqt6svg6 no
+# longer holds Qt's SVG image format and icon engine plugins, without which SVG images and
+# every symbol of the user interface come out empty: they are in qt6-svg-plugins. And
+# Wayland: the Qt Wayland platform and LayerShellQt, with which Corkwheel puts its panels
+# below the windows of a wlroots compositor, and sway (with grim for screenshots) to test that
+# under. The Wayland tests run sway as a user of its own, which useradd (passwd) makes.
+if [[ $DEBIAN_CODENAME == trixie ]]; then
+    BUILD_PACKAGES+=(qt6-svg-plugins qt6-wayland qt6-wayland-dev liblayershellqtinterface-dev)
+    TEST_PACKAGES+=(sway grim passwd)
+fi
+
 repo_root() {
     cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd
+}
+
+# build_folder [SUFFIX]: the build folder, build/ (or build-SUFFIX/). Debian 13 builds in
+# folders of their own, build-debian13/ (build-debian13-SUFFIX/), so that one source tree can
+# hold a Debian 12 build and a Debian 13 one: scripts/in-debian13.sh builds this same tree
+# on Debian 13.
+build_folder() {
+    local name=build
+    [[ $DEBIAN_CODENAME == trixie ]] && name+=-debian13
+    echo "$(repo_root)/$name${1:+-$1}"
 }
 
 as_root() {
