@@ -1,10 +1,9 @@
 #include "platform/LayerShellDesktopPlatform.h"
 
-#include <LayerShellQt/Window>
+#include "platform/LayerSurface.h"
 
 #include <QEvent>
 #include <QGuiApplication>
-#include <QPointer>
 #include <QScreen>
 #include <QVariant>
 #include <QWidget>
@@ -17,7 +16,6 @@ namespace {
 // The frame last given, in Qt's global coordinates: a Wayland client is never told where
 // its surfaces are, so Qt's own idea of a window's place is only what it was last told.
 constexpr char kFrameProperty[] = "corkwheelFrame";
-constexpr char kLayerSurfaceProperty[] = "corkwheelLayerSurface";
 
 QScreen* mainScreen() {
     return QGuiApplication::primaryScreen();
@@ -38,10 +36,10 @@ void keepOnMainScreen(QWidget* window) {
         window->show();
 }
 
-// Repaints the whole window whenever part of it is to be repainted. Qt's Wayland windows
-// draw into one of several buffers in turn and bring a buffer up to date only where it was
-// repainted, so a partial repaint of a translucent window leaves what an older frame drew
-// elsewhere in that buffer: a clock showed two seconds over each other.
+// Repaints the whole window whenever part of it is to be repainted. On Qt's Wayland
+// platform, partial repaints of a translucent window left pixels of earlier frames: a clock
+// showed two seconds over each other, and the background darkened where it was not
+// repainted.
 class WholeRepaints : public QObject {
 public:
     using QObject::QObject;
@@ -52,76 +50,6 @@ protected:
             static_cast<QWidget*>(watched)->update();
         return false;
     }
-};
-
-// The layer surface of one panel window, kept through the native window being made anew:
-// Qt does that when a web view first joins the window, and the new native window would
-// otherwise be an ordinary one, which a tiling compositor spreads over the whole screen.
-class LayerSurface : public QObject {
-public:
-    explicit LayerSurface(QWidget* window) : QObject(window), m_window(window) {
-        window->setProperty(kLayerSurfaceProperty, QVariant::fromValue<QObject*>(this));
-        window->installEventFilter(this);
-        // The layer surface is chosen for the native window before it is first shown.
-        window->winId();
-        apply();
-    }
-
-    static LayerSurface* of(const QWidget* window) {
-        return static_cast<LayerSurface*>(
-            window->property(kLayerSurfaceProperty).value<QObject*>());
-    }
-
-    void setPinned(bool pinned) {
-        m_layer = pinned ? LayerShellQt::Window::LayerBottom : LayerShellQt::Window::LayerTop;
-        if (m_settings)
-            m_settings->setLayer(m_layer);
-    }
-
-    void setMargins(const QMargins& margins) {
-        m_margins = margins;
-        if (m_settings)
-            m_settings->setMargins(margins);
-    }
-
-protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        // Sent when the widget has a new native window, before that is shown.
-        if (event->type() == QEvent::WinIdChange)
-            apply();
-        return false;
-    }
-
-private:
-    void apply() {
-        QWindow* handle = m_window->windowHandle();
-        if (!handle || handle == m_handle)
-            return;
-        m_handle = handle;
-        if (QScreen* screen = mainScreen())
-            handle->setScreen(screen);
-        m_settings = LayerShellQt::Window::get(handle);
-        if (!m_settings)
-            return;
-        m_settings->setScope(QStringLiteral("corkwheel"));
-        m_settings->setLayer(m_layer);
-        m_settings->setAnchors(LayerShellQt::Window::Anchors(LayerShellQt::Window::AnchorTop |
-                                                             LayerShellQt::Window::AnchorLeft));
-        m_settings->setMargins(m_margins);
-        m_settings->setExclusiveZone(-1);
-        m_settings->setKeyboardInteractivity(LayerShellQt::Window::KeyboardInteractivityNone);
-        m_settings->setScreenConfiguration(LayerShellQt::Window::ScreenFromQWindow);
-        // When its output goes away the panel waits to be placed on the next main screen,
-        // rather than being closed for good.
-        m_settings->setCloseOnDismissed(false);
-    }
-
-    QWidget* m_window;
-    // The native window the settings were made for.
-    QPointer<QWindow> m_handle;
-    QPointer<LayerShellQt::Window> m_settings;
-    LayerShellQt::Window::Layer m_layer = LayerShellQt::Window::LayerBottom;
-    QMargins m_margins;
 };
 
 } // namespace

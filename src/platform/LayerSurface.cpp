@@ -1,0 +1,72 @@
+#include "platform/LayerSurface.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVariant>
+#include <QWidget>
+#include <QWindow>
+
+namespace corkwheel {
+
+namespace {
+
+constexpr char kLayerSurfaceProperty[] = "corkwheelLayerSurface";
+
+} // namespace
+
+LayerSurface::LayerSurface(QWidget* window) : QObject(window), m_window(window) {
+    window->setProperty(kLayerSurfaceProperty, QVariant::fromValue<QObject*>(this));
+    window->installEventFilter(this);
+    // The layer surface is chosen for the native window before it is first shown.
+    window->winId();
+    apply();
+}
+
+LayerSurface* LayerSurface::of(const QWidget* window) {
+    return static_cast<LayerSurface*>(window->property(kLayerSurfaceProperty).value<QObject*>());
+}
+
+void LayerSurface::setPinned(bool pinned) {
+    m_layer = pinned ? LayerShellQt::Window::LayerBottom : LayerShellQt::Window::LayerTop;
+    if (m_settings)
+        m_settings->setLayer(m_layer);
+}
+
+void LayerSurface::setMargins(const QMargins& margins) {
+    m_margins = margins;
+    if (m_settings)
+        m_settings->setMargins(margins);
+}
+
+bool LayerSurface::eventFilter(QObject*, QEvent* event) {
+    // Sent when the widget has a new native window, before that is shown.
+    if (event->type() == QEvent::WinIdChange)
+        apply();
+    return false;
+}
+
+void LayerSurface::apply() {
+    QWindow* handle = m_window->windowHandle();
+    if (!handle || handle == m_handle)
+        return;
+    m_handle = handle;
+    if (QScreen* screen = QGuiApplication::primaryScreen())
+        handle->setScreen(screen);
+    m_settings = LayerShellQt::Window::get(handle);
+    if (!m_settings)
+        return;
+    m_settings->setScope(QStringLiteral("corkwheel"));
+    m_settings->setLayer(m_layer);
+    m_settings->setAnchors(LayerShellQt::Window::Anchors(LayerShellQt::Window::AnchorTop |
+                                                         LayerShellQt::Window::AnchorLeft));
+    m_settings->setMargins(m_margins);
+    m_settings->setExclusiveZone(-1);
+    m_settings->setKeyboardInteractivity(LayerShellQt::Window::KeyboardInteractivityNone);
+    m_settings->setScreenConfiguration(LayerShellQt::Window::ScreenFromQWindow);
+    // When its output goes away the panel waits to be placed on the next main screen,
+    // rather than being closed for good.
+    m_settings->setCloseOnDismissed(false);
+}
+
+} // namespace corkwheel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <LayerShellQt/Window>
+
+#include <QMargins>
+#include <QObject>
+#include <QPointer>
+
+class QWidget;
+class QWindow;
+
+namespace corkwheel {
+
+// The layer surface of one panel window: the bottom or top layer, anchored to the top-left
+// corner of the main screen's output at the given margins, pushing nothing aside, without
+// keyboard. It is kept through the native window being made anew: Qt does that when a web
+// view first joins the window, and the new native window would otherwise be an ordinary
+// one, which a tiling compositor spreads over the whole screen.
+class LayerSurface : public QObject {
+public:
+    // Makes `window` (not shown yet) a layer surface, owned by the window.
+    explicit LayerSurface(QWidget* window);
+
+    // The layer surface of `window`, or null.
+    static LayerSurface* of(const QWidget* window);
+
+    void setPinned(bool pinned);
+    void setMargins(const QMargins& margins);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void apply();
+
+    QWidget* m_window;
+    // The native window the settings were made for.
+    QPointer<QWindow> m_handle;
+    QPointer<LayerShellQt::Window> m_settings;
+    LayerShellQt::Window::Layer m_layer = LayerShellQt::Window::LayerBottom;
+    QMargins m_margins;
+};
+
+} // namespace corkwheel
