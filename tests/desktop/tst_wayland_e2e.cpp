@@ -153,6 +153,19 @@ private:
 
     QProcess m_device;
 };
+// Counts the presses of the mouse that reach any window of this process.
+class PressCounter : public QObject {
+public:
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress && watched->isWindowType())
+            ++count;
+        return false;
+    }
+};
+
 } // namespace
 
 class WaylandE2ETest : public QObject {
@@ -297,6 +310,25 @@ private Q_SLOTS:
         m_pointer.click(sampleOf(moved));
         QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses, 1, kWait);
         QCOMPARE(rectOf(savedFrame(m_alpha)), moved);
+    }
+
+    // A pinned panel has no input region: a click on it over the bare desktop never
+    // reaches its window.
+    void pinnedPanelLetsClicksThrough() {
+        startInProcess({m_alpha});
+        const QRect frame = rectOf(m_alpha.frame);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
+        PressCounter presses;
+        qApp->installEventFilter(&presses);
+        m_pointer.click(frame.center());
+        QTest::qWait(300);
+        QCOMPARE(presses.count, 0);
+        // In edit mode the same click reaches it.
+        store().setEditMode(true);
+        QTest::qWait(300);
+        m_pointer.click(frame.center());
+        QTRY_VERIFY_WITH_TIMEOUT(presses.count > 0, kWait);
+        qApp->removeEventFilter(&presses);
     }
 
     // Last, as it leaves the desktop with another output.
