@@ -8,6 +8,7 @@
 
 #include "EditorOnDisplay.h"
 #include "PanelFixtures.h"
+#include "ScreenPanels.h"
 #include "XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
@@ -24,20 +25,8 @@ using namespace corkwheel::test;
 
 namespace {
 
-// Panels are filled with this, so the screen shows at a glance whether one is visible.
-constexpr QColor kPanelColor(204, 26, 26);
-// And ordinary windows with this.
-constexpr QColor kWindowColor(40, 90, 220);
-
 // Nowhere near a panel, an ordinary window or a desktop icon: the bare desktop.
 constexpr QPoint kEmptyDesktop(1600, 950);
-
-bool isColor(const QColor& seen, const QColor& expected) {
-    constexpr int kTolerance = 12;
-    return std::abs(seen.red() - expected.red()) <= kTolerance &&
-           std::abs(seen.green() - expected.green()) <= kTolerance &&
-           std::abs(seen.blue() - expected.blue()) <= kTolerance;
-}
 
 // Whether `window`, or a window inside it, is of the desktop type.
 bool isDesktopWindow(WId window) {
@@ -52,24 +41,6 @@ bool isDesktopWindow(WId window) {
             return true;
     }
     return false;
-}
-
-Panel filledPanel(const QString& name, const PanelFrame& frame, bool enabled = true) {
-    Panel panel = textPanel(name, frame, enabled);
-    panel.style.backgroundColor = {kPanelColor.redF(), kPanelColor.greenF(), kPanelColor.blueF(),
-                                   1};
-    panel.style.showShadow = false;
-    return panel;
-}
-
-QRect rectOf(const PanelFrame& frame) {
-    return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
-}
-
-// Inside the panel, away from its text, which starts at the top-left corner, and from the
-// resize handle that edit mode adds at the bottom-right one.
-QPoint sampleOf(const QRect& panel) {
-    return {panel.left() + panel.width() * 3 / 4, panel.bottom() - 8};
 }
 
 // An application's window, filled with one colour.

@@ -7,6 +7,7 @@
 
 #include "CorkwheelProcess.h"
 #include "PanelFixtures.h"
+#include "ScreenPanels.h"
 
 #include "desktop/DesktopWindowsManager.h"
 
@@ -22,17 +23,8 @@ using namespace corkwheel::test;
 
 namespace {
 
-constexpr QColor kPanelColor(204, 26, 26);
-constexpr QColor kWindowColor(40, 90, 220);
 // sway's background here (scripts/in-wayland-desktop.sh).
 constexpr QColor kDesktopColor(0x33, 0x66, 0x99);
-
-bool isColor(const QColor& seen, const QColor& expected) {
-    constexpr int kTolerance = 12;
-    return std::abs(seen.red() - expected.red()) <= kTolerance &&
-           std::abs(seen.green() - expected.green()) <= kTolerance &&
-           std::abs(seen.blue() - expected.blue()) <= kTolerance;
-}
 
 // The whole output as the compositor drew it.
 QImage screenshot() {
@@ -58,24 +50,6 @@ bool windowIsSeenAt(QPoint at) {
 
 void swaymsg(const QStringList& arguments) {
     run(QStringLiteral("swaymsg"), arguments);
-}
-
-Panel filledPanel(const QString& name, const PanelFrame& frame, bool enabled = true) {
-    Panel panel = textPanel(name, frame, enabled);
-    panel.style.backgroundColor = {kPanelColor.redF(), kPanelColor.greenF(), kPanelColor.blueF(),
-                                   1};
-    panel.style.showShadow = false;
-    return panel;
-}
-
-QRect rectOf(const PanelFrame& frame) {
-    return QRectF(frame.x, frame.y, frame.width, frame.height).toRect();
-}
-
-// Inside the panel, away from its text at the top-left corner and from the resize handle
-// at the bottom-right one.
-QPoint sampleOf(const QRect& panel) {
-    return {panel.left() + panel.width() * 3 / 4, panel.bottom() - 8};
 }
 
 // An application's window, filled with one colour, which sway tiles over the whole output;
