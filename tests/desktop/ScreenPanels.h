@@ -8,9 +8,12 @@
 #include "model/Panel.h"
 
 #include <QColor>
+#include <QFile>
 #include <QPoint>
 #include <QRect>
 #include <QRectF>
+#include <QTemporaryDir>
+#include <QUrl>
 
 #include <cstdlib>
 
@@ -46,5 +49,31 @@ inline QRect rectOf(const PanelFrame& frame) {
 inline QPoint sampleOf(const QRect& panel) {
     return {panel.left() + panel.width() * 3 / 4, panel.bottom() - 8};
 }
+
+// A web page that is all white, in a folder of its own for as long as it lives.
+class WhitePage {
+public:
+    WhitePage() {
+        QFile page(path());
+        if (page.open(QIODevice::WriteOnly))
+            page.write("<html><body style='background:#ffffff'></body></html>");
+    }
+
+    bool isValid() const { return QFile::exists(path()); }
+
+    // A webpage panel at `frame` showing this page, without a shadow.
+    Panel panel(const PanelFrame& frame) const {
+        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        panel.frame = frame;
+        panel.webpageURL = QUrl::fromLocalFile(path()).toString();
+        panel.style.showShadow = false;
+        return panel;
+    }
+
+private:
+    QString path() const { return m_folder.filePath(QStringLiteral("white.html")); }
+
+    QTemporaryDir m_folder;
+};
 
 } // namespace corkwheel::test

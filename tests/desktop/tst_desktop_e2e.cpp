@@ -192,17 +192,11 @@ private Q_SLOTS:
     // The page is composed apart from the panel's own painting; the compositor fades it
     // with the rest of the panel, over whatever the desktop shows there.
     void webpagePanelIsSeenAtItsOpacity() {
-        QTemporaryDir pages;
-        QFile white(pages.filePath(QStringLiteral("white.html")));
-        QVERIFY(white.open(QIODevice::WriteOnly));
-        white.write("<html><body style='background:#ffffff'></body></html>");
-        white.close();
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
+        const WhitePage white;
+        QVERIFY(white.isValid());
+        Panel panel = white.panel({500, 100, 300, 200});
         panel.name = QStringLiteral("E2E Web");
-        panel.frame = {500, 100, 300, 200};
-        panel.webpageURL = QUrl::fromLocalFile(white.fileName()).toString();
         panel.style.opacity = 0.5;
-        panel.style.showShadow = false;
         const QPoint centre = rectOf(panel.frame).center();
         const QColor desktop = screenPixel(centre);
         const QColor halfway((desktop.red() + 255) / 2, (desktop.green() + 255) / 2,

@@ -218,15 +218,9 @@ private Q_SLOTS:
     // A web view joining the window makes Qt create its native window anew; it stays a
     // layer surface at the frame, not an ordinary window over the whole output.
     void webpagePanelStaysALayerSurfaceAtItsFrame() {
-        QTemporaryDir pages;
-        QFile white(pages.filePath(QStringLiteral("white.html")));
-        QVERIFY(white.open(QIODevice::WriteOnly));
-        white.write("<html><body style='background:#ffffff'></body></html>");
-        white.close();
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.frame = {500, 300, 300, 200};
-        panel.webpageURL = QUrl::fromLocalFile(white.fileName()).toString();
-        panel.style.showShadow = false;
+        const WhitePage white;
+        QVERIFY(white.isValid());
+        const Panel panel = white.panel({500, 300, 300, 200});
         const QRect frame = rectOf(panel.frame);
         CorkwheelProcess corkwheel({panel}, QString());
         QVERIFY(corkwheel.process().waitForStarted());
