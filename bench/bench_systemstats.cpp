@@ -8,12 +8,14 @@
 #include "engine/SystemStatsSampler.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <numeric>
+#include <optional>
 #include <vector>
 
 using namespace corkwheel;
@@ -32,13 +34,26 @@ double wallMicros() {
     return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
 }
 
+// The volumes' capacities are asked on other threads; a refresh ends once they answered.
+QList<DiskInfo> sampleDisks(SystemStatsSampler& sampler) {
+    std::optional<QList<DiskInfo>> disks;
+    QEventLoop loop;
+    sampler.sampleDisks(&loop, [&](const QList<DiskInfo>& ready) {
+        disks = ready;
+        loop.quit();
+    });
+    if (!disks)
+        loop.exec();
+    return disks.value_or(QList<DiskInfo>{});
+}
+
 // What the runner does on each refresh of a system-stats panel.
 SystemStatsSample refresh() {
     SystemStatsSampler& sampler = SystemStatsSampler::shared();
     const MemoryReading memory = sampler.sampleMemory();
     const double cpu = sampler.sampleCPU();
     SystemStatsSample sample{cpu, memory.usedFraction, memory.usedGB, memory.totalGB,
-                             sampler.sampleDisks()};
+                             sampleDisks(sampler)};
     (void)NetworkStatsSampler::shared().sample();
     return sample;
 }

@@ -9,10 +9,9 @@ namespace corkwheel {
 
 namespace {
 
-VolumeReading networkVolume(const SystemSource& source, const MountEntry& mount) {
+VolumeReading networkVolume(const MountEntry& mount) {
     // A share lives on another machine, so it is never built in.
-    return VolumeReading{mount.mountPoint, mount.mountPoint, false,
-                         source.capacity(mount.mountPoint)};
+    return VolumeReading{mount.mountPoint, mount.mountPoint, false, std::nullopt};
 }
 
 VolumeReading diskVolume(const SystemSource& source, const MountEntry& mount,
@@ -22,8 +21,7 @@ VolumeReading diskVolume(const SystemSource& source, const MountEntry& mount,
     const QString device = resolved.isEmpty() ? mount.source : resolved;
     const QString deviceName = device.mid(device.lastIndexOf(u'/') + 1);
     return VolumeReading{mount.mountPoint, labels.value(device, mount.mountPoint),
-                         isInternalBlockDevice(source, deviceName),
-                         source.capacity(mount.mountPoint)};
+                         isInternalBlockDevice(source, deviceName), std::nullopt};
 }
 
 } // namespace
@@ -39,16 +37,9 @@ QList<VolumeReading> readMountedVolumes(const SystemSource& source) {
     QList<VolumeReading> volumes;
     for (const MountEntry& mount : mounts) {
         volumes.append(isNetworkFileSystem(mount.fileSystemType)
-                           ? networkVolume(source, mount)
+                           ? networkVolume(mount)
                            : diskVolume(source, mount, labels));
     }
-    return volumes;
-}
-
-QList<VolumeReading> withCurrentCapacities(const SystemSource& source,
-                                           QList<VolumeReading> volumes) {
-    for (VolumeReading& volume : volumes)
-        volume.capacity = source.capacity(volume.mountPoint);
     return volumes;
 }
 

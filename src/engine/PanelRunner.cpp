@@ -186,7 +186,11 @@ void PanelRunner::readFile(const QString& path) {
         setTextOutput(QString());
         return;
     }
-    TextFileReader::readLater(path, this, [this](const QString& text) { setTextOutput(text); });
+    if (!m_fileReader) {
+        m_fileReader = new TextFileReader(this);
+        connect(m_fileReader, &TextFileReader::textRead, this, &PanelRunner::setTextOutput);
+    }
+    m_fileReader->read(path);
 }
 
 void PanelRunner::refreshStats() {
@@ -196,9 +200,13 @@ void PanelRunner::refreshStats() {
     sample.memoryUsedFraction = memory.usedFraction;
     sample.memoryUsedGB = memory.usedGB;
     sample.memoryTotalGB = memory.totalGB;
-    sample.disks = m_services.systemStats->sampleDisks();
-    m_stats = sample;
-    Q_EMIT statsChanged(m_stats);
+    // The volumes' file systems answer in their own time; the figures are published
+    // together once they did.
+    m_services.systemStats->sampleDisks(this, [this, sample](const QList<DiskInfo>& disks) mutable {
+        sample.disks = disks;
+        m_stats = sample;
+        Q_EMIT statsChanged(m_stats);
+    });
 
     m_networkHistory.append(m_services.networkStats->sample());
     if (m_networkHistory.size() > kMaxHistory)

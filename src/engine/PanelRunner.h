@@ -13,6 +13,7 @@
 namespace corkwheel {
 
 class ImageLoader;
+class TextFileReader;
 class WebPage;
 
 // Produces what one panel shows, again and again on its refresh timer, and publishes it
@@ -96,6 +97,7 @@ private:
     bool m_isRunning = false;
     WebPage* m_webPage = nullptr;
     ImageLoader* m_imageLoader = nullptr;
+    TextFileReader* m_fileReader = nullptr;
     // Single-shot, armed again after each refresh, so its phase follows the wall clock.
     QTimer m_timer;
     double m_timerInterval = 1.0;

@@ -1,8 +1,5 @@
 #include "engine/SystemStatsSampler.h"
 
-#include "engine/DiskList.h"
-#include "engine/MountedVolumes.h"
-
 #include <QCoreApplication>
 #include <QThread>
 
@@ -22,7 +19,7 @@ void requireMainThread() {
 } // namespace
 
 SystemStatsSampler::SystemStatsSampler(const SystemSource& source, const Clock& clock)
-    : m_source(source), m_clock(clock) {}
+    : m_source(source), m_clock(clock), m_disks(source, clock) {}
 
 SystemStatsSampler& SystemStatsSampler::shared() {
     static SystemStatsSampler sampler(SystemSource::real(), Clock::system());
@@ -59,19 +56,9 @@ MemoryReading SystemStatsSampler::sampleMemory() {
     return memory;
 }
 
-QList<DiskInfo> SystemStatsSampler::sampleDisks() {
+void SystemStatsSampler::sampleDisks(QObject* receiver, DiskSampler::Ready ready) {
     requireMainThread();
-    const double now = m_clock.monotonicSeconds();
-    if (const auto recent = m_recentDisks.at(now))
-        return *recent;
-    // Asked on the first call too, so that a change the first reading already saw does
-    // not count again.
-    const bool changed = m_source.mountTableChanged();
-    m_volumes = changed || !m_volumes ? readMountedVolumes(m_source)
-                                      : withCurrentCapacities(m_source, *m_volumes);
-    const QList<DiskInfo> disks = diskList(*m_volumes);
-    m_recentDisks.keep(disks, now);
-    return disks;
+    m_disks.sample(receiver, std::move(ready));
 }
 
 } // namespace corkwheel

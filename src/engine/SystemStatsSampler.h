@@ -2,11 +2,10 @@
 
 #include "engine/Clock.h"
 #include "engine/CpuTicks.h"
-#include "engine/DiskInfo.h"
+#include "engine/DiskSampler.h"
 #include "engine/MemoryReading.h"
 #include "engine/RecentReading.h"
 #include "engine/SystemSource.h"
-#include "engine/VolumeReading.h"
 
 #include <QList>
 
@@ -32,10 +31,9 @@ public:
     // does a failed read, which leaves the baseline as it was.
     double sampleCPU();
     MemoryReading sampleMemory();
-    // The user-visible volumes, internal ones first. The mount table, the volumes' names
-    // and whether each is built in are read again only after the mount table changed;
-    // capacities are read on every call.
-    QList<DiskInfo> sampleDisks();
+    // The user-visible volumes, internal ones first, handed to `ready` as DiskSampler
+    // describes: capacities are asked off the main thread, within a time limit.
+    void sampleDisks(QObject* receiver, DiskSampler::Ready ready);
 
 private:
     const SystemSource& m_source;
@@ -43,8 +41,7 @@ private:
     std::optional<CpuTicks> m_previousCPUTicks;
     RecentReading<double> m_recentCPU;
     RecentReading<MemoryReading> m_recentMemory;
-    RecentReading<QList<DiskInfo>> m_recentDisks;
-    std::optional<QList<VolumeReading>> m_volumes;
+    DiskSampler m_disks;
 };
 
 } // namespace corkwheel

@@ -6,12 +6,64 @@
 
 #include <QFile>
 
-namespace corkwheel::TextFileReader {
+#include <fcntl.h>
+#include <unistd.h>
 
-QString read(const QString& path) {
-    QFile file(TildePath::expand(path));
-    if (!file.open(QIODevice::ReadOnly))
+namespace corkwheel {
+
+namespace {
+
+std::chrono::milliseconds& timeLimitSetting() {
+    static std::chrono::milliseconds limit = TextFileReader::kTimeLimit;
+    return limit;
+}
+
+// Opened without waiting for a writer, so a FIFO nobody writes to reads as empty instead
+// of blocking in open(); reads block again afterwards, so a writer that is on its way still
+// has its say within the time limit.
+int openForReading(const QString& path) {
+    const int fd = ::open(QFile::encodeName(TildePath::expand(path)).constData(),
+                          O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd >= 0)
+        ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK);
+    return fd;
+}
+
+} // namespace
+
+TextFileReader::TextFileReader(QObject* parent) : QObject(parent), m_timeLimit(this) {
+    m_timeLimit.setSingleShot(true);
+    m_timeLimit.setInterval(timeLimitSetting());
+    connect(&m_timeLimit, &QTimer::timeout, this, [this] { Q_EMIT textRead(kTimedOutText); });
+}
+
+void TextFileReader::read(const QString& path) {
+    if (m_underWay && path == m_pathUnderWay)
+        return;
+    const quint64 number = ++m_readNumber;
+    m_underWay = true;
+    m_pathUnderWay = path;
+    m_timeLimit.start();
+    BackgroundTask::run(
+        BackgroundTask::blockingPool(), this, [path] { return readNow(path); },
+        [this, number](const QString& text) {
+            if (number != m_readNumber)
+                return;
+            m_underWay = false;
+            m_timeLimit.stop();
+            Q_EMIT textRead(text);
+        });
+}
+
+QString TextFileReader::readNow(const QString& path) {
+    const int fd = openForReading(path);
+    if (fd < 0)
         return kNotFoundText;
+    QFile file;
+    if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        return kNotFoundText;
+    }
     // One byte more than kept tells whether the cut may have split a character.
     const QByteArray bytes = file.read(kMaxBytes + 1);
     if (file.error() != QFileDevice::NoError)
@@ -19,11 +71,8 @@ QString read(const QString& path) {
     return Utf8Text::decodeStrict(Utf8Text::prefix(bytes, kMaxBytes)).value_or(kNotFoundText);
 }
 
-void readLater(const QString& path, QObject* receiver,
-               std::function<void(const QString& text)> done) {
-    BackgroundTask::run(
-        receiver, [path] { return read(path); },
-        [done = std::move(done)](const QString& text) { done(text); });
+void TextFileReader::setTimeLimitForTesting(std::chrono::milliseconds limit) {
+    timeLimitSetting() = limit;
 }
 
-} // namespace corkwheel::TextFileReader
+} // namespace corkwheel

@@ -2,30 +2,50 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
-#include <functional>
+#include <chrono>
 
 namespace corkwheel {
 
-// Reads a file panel's file on a worker thread and hands the text back on the main thread,
-// dropping it when its receiver is gone by then.
-namespace TextFileReader {
+// Reads a file panel's file off the main thread and hands its text over on the main
+// thread, one read at a time. A read that has not returned within the time limit (a FIFO
+// whose writer never writes, a file on a network mount that stopped answering) shows
+// kTimedOutText, and no further read of that file starts until it returns, so one stuck
+// file holds one thread at most.
+class TextFileReader : public QObject {
+    Q_OBJECT
 
-// At most this much of a file is read, so one huge file cannot fill the memory.
-constexpr qsizetype kMaxBytes = 4 * 1024 * 1024;
+public:
+    explicit TextFileReader(QObject* parent = nullptr);
 
-inline const QString kNotFoundText = QStringLiteral("(file not found)");
+    // Starts reading `path` unless a read of the same path is still under way; a read of
+    // another path takes over, and the earlier read's text is dropped.
+    void read(const QString& path);
 
-// The text a file panel shows for `path` (a leading "~/" means the home directory): the file's
-// first kMaxBytes as UTF-8, trimmed, or "(file not found)" when it cannot be read or is not
-// UTF-8. Blocking.
-QString read(const QString& path);
+    // The text a file panel shows for `path` (a leading "~/" means the home directory): the
+    // file's first kMaxBytes as UTF-8, trimmed, or kNotFoundText when it cannot be read or is
+    // not UTF-8. Blocking, for as long as the file takes.
+    static QString readNow(const QString& path);
 
-// Runs read() on the global thread pool and calls `done` with its text on the main thread,
-// unless `receiver` was destroyed meanwhile.
-void readLater(const QString& path, QObject* receiver,
-               std::function<void(const QString& text)> done);
+    // At most this much of a file is read, so one huge or endless file cannot fill the memory.
+    static constexpr qsizetype kMaxBytes = 4 * 1024 * 1024;
+    static constexpr std::chrono::milliseconds kTimeLimit{10'000};
+    static inline const QString kNotFoundText = QStringLiteral("(file not found)");
+    static inline const QString kTimedOutText = QStringLiteral("error: file read timed out");
 
-} // namespace TextFileReader
+    // Applies to readers created afterwards.
+    static void setTimeLimitForTesting(std::chrono::milliseconds limit);
+
+Q_SIGNALS:
+    void textRead(const QString& text);
+
+private:
+    QTimer m_timeLimit;
+    QString m_pathUnderWay;
+    bool m_underWay = false;
+    // Tells the answer of the latest read from those of reads it took over from.
+    quint64 m_readNumber = 0;
+};
 
 } // namespace corkwheel

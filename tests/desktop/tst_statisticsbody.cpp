@@ -47,7 +47,7 @@ private:
 
     PanelContentView& show(const Panel& panel) {
         m_runner = std::make_unique<PanelRunner>(panel, m_machine->services());
-        m_runner->start();
+        refreshStatsAndWait(*m_runner, &PanelRunner::start);
         m_view = std::make_unique<PanelContentView>(*m_runner);
         m_view->resize(int(panel.frame.width), int(panel.frame.height));
         m_view->setPanel(panel);
@@ -65,7 +65,7 @@ private:
     std::pair<double, double> measuredHeights() {
         FakeMachine machine;
         PanelRunner runner(statsPanel(400), machine.services());
-        runner.start();
+        refreshStatsAndWait(runner, &PanelRunner::start);
         PanelContentView view(runner);
         view.resize(260, 400);
         view.setPanel(runner.panel());
@@ -252,7 +252,7 @@ private Q_SLOTS:
         PanelContentView& view = show(statsPanel(heightFor(0)));
         m_machine->advanceClock(1);
         m_machine->setCounters(125'000, 100);
-        m_runner->refreshNow();
+        refreshStatsAndWait(*m_runner, &PanelRunner::refreshNow);
         const QImage image = settle();
         const StatsLayout layout = view.statsLayout();
         QVERIFY(layout.graphRect.top() > layout.rows.last().rect.bottom());
@@ -276,7 +276,7 @@ private Q_SLOTS:
         const int before = paints.count;
 
         m_machine->setNextCpuUsage(750);
-        m_runner->refreshNow();
+        refreshStatsAndWait(*m_runner, &PanelRunner::refreshNow);
         QTRY_COMPARE(paints.count, before + 1);
         QTest::qWait(50);
         QCOMPARE(paints.count, before + 1);

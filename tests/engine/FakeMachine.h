@@ -8,8 +8,11 @@
 #include "MockClock.h"
 
 #include "engine/NetworkStatsSampler.h"
+#include "engine/PanelRunner.h"
 #include "engine/RunnerServices.h"
 #include "engine/SystemStatsSampler.h"
+
+#include <QSignalSpy>
 
 #include <functional>
 #include <memory>
@@ -92,5 +95,14 @@ private:
     std::unique_ptr<SystemStatsSampler> m_systemSampler;
     std::unique_ptr<NetworkStatsSampler> m_networkSampler;
 };
+
+// Refreshes a system-stats runner (`refresh` is start or refreshNow) and waits for its
+// figures: the volumes' capacities are asked on other threads.
+inline void refreshStatsAndWait(PanelRunner& runner, void (PanelRunner::*refresh)()) {
+    QSignalSpy stats(&runner, &PanelRunner::statsChanged);
+    (runner.*refresh)();
+    if (stats.isEmpty())
+        static_cast<void>(stats.wait());
+}
 
 } // namespace corkwheel::test

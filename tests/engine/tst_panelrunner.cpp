@@ -495,6 +495,22 @@ private Q_SLOTS:
         QCOMPARE(runner.stats().cpuUsage, 0.5);
     }
 
+    void statsPanelShowsItsFiguresWhileAShareIsStuck() {
+        m_machine->setShares(2);
+        m_machine->system().makeCapacityStuck(QStringLiteral("/mnt/share1"));
+        PanelRunner runner(panelOf(PanelType::SystemStats), services());
+        QSignalSpy stats(&runner, &PanelRunner::statsChanged);
+        runner.start();
+        QVERIFY(stats.wait());
+        QCOMPARE(runner.stats().memoryTotalGB, 8.0);
+        QCOMPARE(runner.stats().disks.size(), 1);
+        QCOMPARE(runner.stats().disks.first().id, QStringLiteral("/mnt/share2"));
+        m_machine->advanceClock(1);
+        runner.refreshNow();
+        QTRY_COMPARE(stats.count(), 2);
+        QCOMPARE(runner.stats().disks.size(), 1);
+    }
+
     void statsPanelsRefreshedTogetherAllShowTheMachinesFigures_data() {
         QTest::addColumn<int>("panels");
         QTest::newRow("two panels") << 2;

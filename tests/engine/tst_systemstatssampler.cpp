@@ -1,3 +1,4 @@
+#include "DiskReadings.h"
 #include "FakeSystemSource.h"
 #include "FixtureFile.h"
 #include "MockClock.h"
@@ -7,6 +8,7 @@
 #include <QTest>
 
 using namespace corkwheel;
+using corkwheel::test::disksOf;
 using corkwheel::test::FakeSystemSource;
 using corkwheel::test::fixtureFile;
 using corkwheel::test::MockClock;
@@ -218,7 +220,7 @@ private Q_SLOTS:
             {QStringLiteral("/mnt/nas"), QStringLiteral("/mnt/nas"), false, 0.75, 2048, 8192},
             {QStringLiteral("/home/alice/remote"), QStringLiteral("/home/alice/remote"), false, 0.5,
              500, 1000}};
-        QCOMPARE(sampler.sampleDisks(), expected);
+        QCOMPARE(disksOf(sampler), expected);
     }
 
     void deviceBehindMapperLinkFindsItsLabel() {
@@ -232,7 +234,7 @@ private Q_SLOTS:
         source.setCapacity(QStringLiteral("/"), 200 * kGiB, 50 * kGiB);
         source.setCapacity(QStringLiteral("/boot"), 2 * kGiB, kGiB);
         SystemStatsSampler sampler(source, m_clock);
-        const QList<DiskInfo> disks = sampler.sampleDisks();
+        const QList<DiskInfo> disks = disksOf(sampler);
         QCOMPARE(idsOf(disks), (QStringList{QStringLiteral("/"), QStringLiteral("/boot")}));
         QCOMPARE(disks[0].name, QStringLiteral("ubuntu-root"));
         QVERIFY(disks[0].isInternal);
@@ -243,7 +245,7 @@ private Q_SLOTS:
         setUpDesktop(source);
         source.setCapacity(QStringLiteral("/mnt/nas"), 100 * kGiB, 120 * kGiB);
         SystemStatsSampler sampler(source, m_clock);
-        const auto nas = diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas"));
+        const auto nas = diskWithId(disksOf(sampler), QStringLiteral("/mnt/nas"));
         QVERIFY(nas);
         QCOMPARE(nas->usedFraction, 0.0);
         QCOMPARE(nas->freeGB, 120.0);
@@ -255,7 +257,7 @@ private Q_SLOTS:
         setUpDesktop(source);
         source.setCapacity(QStringLiteral("/home/alice/remote"), 0, 0);
         SystemStatsSampler sampler(source, m_clock);
-        QCOMPARE(idsOf(sampler.sampleDisks()),
+        QCOMPARE(idsOf(disksOf(sampler)),
                  (QStringList{QStringLiteral("/"), QStringLiteral("/boot/efi"),
                               QStringLiteral("/media/alice/Holiday Photos"),
                               QStringLiteral("/mnt/nas")}));
@@ -266,14 +268,14 @@ private Q_SLOTS:
         setUpInternalLast(source);
         source.removeCapacity(QStringLiteral("/mnt/nas"));
         SystemStatsSampler sampler(source, m_clock);
-        QVERIFY(!diskWithId(sampler.sampleDisks(), QStringLiteral("/mnt/nas")));
+        QVERIFY(!diskWithId(disksOf(sampler), QStringLiteral("/mnt/nas")));
     }
 
     void internalDiskListedAfterTwoExternalComesFirst() {
         FakeSystemSource source;
         setUpInternalLast(source);
         SystemStatsSampler sampler(source, m_clock);
-        const QList<DiskInfo> disks = sampler.sampleDisks();
+        const QList<DiskInfo> disks = disksOf(sampler);
         QCOMPARE(idsOf(disks),
                  (QStringList{QStringLiteral("/media/ubuntu/Data"),
                               QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
@@ -287,7 +289,7 @@ private Q_SLOTS:
         setUpInternalLast(source);
         source.removeLink(QStringLiteral("/sys/class/block/nvme0n1p3"));
         SystemStatsSampler sampler(source, m_clock);
-        const QList<DiskInfo> disks = sampler.sampleDisks();
+        const QList<DiskInfo> disks = disksOf(sampler);
         QCOMPARE(idsOf(disks),
                  (QStringList{QStringLiteral("/media/ubuntu/Data"),
                               QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
@@ -299,19 +301,19 @@ private Q_SLOTS:
         setUpDesktop(source);
         source.removeFile(kMountInfo);
         SystemStatsSampler sampler(source, m_clock);
-        QCOMPARE(sampler.sampleDisks(), QList<DiskInfo>{});
+        QCOMPARE(disksOf(sampler), QList<DiskInfo>{});
     }
 
     void unchangedMountTableIsNotReadAgainButCapacitiesAre() {
         FakeSystemSource source;
         setUpDesktop(source);
         SystemStatsSampler sampler(source, m_clock);
-        QCOMPARE(sampler.sampleDisks().size(), 5);
+        QCOMPARE(disksOf(sampler).size(), 5);
         source.setMountTableChanged(false);
         // Gone from the table, but nothing says the table changed.
         source.setFile(kMountInfo, fixtureFile(QStringLiteral("proc/mountinfo-lvm.txt")));
         source.setCapacity(QStringLiteral("/"), 400 * kGiB, 300 * kGiB);
-        const QList<DiskInfo> disks = sampler.sampleDisks();
+        const QList<DiskInfo> disks = disksOf(sampler);
         QCOMPARE(disks.size(), 5);
         QCOMPARE(disks[0].id, QStringLiteral("/"));
         QCOMPARE(disks[0].freeGB, 300.0);
@@ -323,10 +325,10 @@ private Q_SLOTS:
         setUpDesktop(source);
         SystemStatsSampler sampler(source, m_clock);
         source.setMountTableChanged(false);
-        QCOMPARE(sampler.sampleDisks().size(), 5);
+        QCOMPARE(disksOf(sampler).size(), 5);
         setUpInternalLast(source);
         source.setMountTableChanged(true);
-        QCOMPARE(idsOf(sampler.sampleDisks()),
+        QCOMPARE(idsOf(disksOf(sampler)),
                  (QStringList{QStringLiteral("/media/ubuntu/Data"),
                               QStringLiteral("/media/ubuntu/STICK"), QStringLiteral("/mnt/nas")}));
     }
@@ -336,7 +338,7 @@ private Q_SLOTS:
         setUpDesktop(source);
         source.setMountTableChanged(false);
         SystemStatsSampler sampler(source, m_clock);
-        QCOMPARE(sampler.sampleDisks().size(), 5);
+        QCOMPARE(disksOf(sampler).size(), 5);
     }
 
     void realMachineGivesSaneReadings() {
@@ -348,7 +350,7 @@ private Q_SLOTS:
         sampler.sampleCPU();
         const double cpu = sampler.sampleCPU();
         QVERIFY(cpu >= 0 && cpu <= 1);
-        for (const DiskInfo& disk : sampler.sampleDisks()) {
+        for (const DiskInfo& disk : disksOf(sampler)) {
             QVERIFY2(disk.totalGB > 0, qPrintable(disk.id));
             QVERIFY2(disk.usedFraction >= 0 && disk.usedFraction <= 1, qPrintable(disk.id));
         }

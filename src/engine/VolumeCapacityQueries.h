@@ -1,0 +1,41 @@
+#pragma once
+
+#include "engine/VolumeCapacity.h"
+
+#include <QObject>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace corkwheel {
+
+// Asks file systems for their capacity on threads of their own, so that one that stopped
+// answering (a network share whose server went away) holds up nothing but its own
+// question. A volume has at most one question outstanding: while one waits, the volume is
+// not asked again, so a stuck mount never piles up threads.
+class VolumeCapacityQueries : public QObject {
+    Q_OBJECT
+
+public:
+    using Ask = std::function<std::optional<VolumeCapacity>(const QString& mountPoint)>;
+
+    // `ask` runs on other threads and may block for good.
+    explicit VolumeCapacityQueries(Ask ask, QObject* parent = nullptr);
+
+    // Asks unless a question about that volume is still outstanding; tells whether it
+    // asked.
+    bool ask(const QString& mountPoint);
+    bool isOutstanding(const QString& mountPoint) const;
+
+Q_SIGNALS:
+    // On the main thread, whenever a question returns, however late.
+    void answered(const QString& mountPoint, const std::optional<VolumeCapacity>& capacity);
+
+private:
+    Ask m_ask;
+    QSet<QString> m_outstanding;
+};
+
+} // namespace corkwheel

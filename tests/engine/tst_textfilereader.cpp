@@ -1,0 +1,132 @@
+#include "engine/BackgroundTask.h"
+#include "engine/TextFileReader.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace corkwheel;
+
+namespace {
+
+constexpr std::chrono::milliseconds kShortLimit{300};
+
+// A FIFO in a folder of the test's own.
+QString makeFifo(const QTemporaryDir& folder) {
+    const QString path = folder.filePath(QStringLiteral("pipe"));
+    return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0 ? path : QString();
+}
+
+// Holds a FIFO open for writing, as a program that has yet to write would.
+class SilentWriter {
+public:
+    explicit SilentWriter(const QString& fifo)
+        : m_fd(::open(QFile::encodeName(fifo).constData(), O_RDWR | O_CLOEXEC)) {}
+    ~SilentWriter() { close(); }
+    SilentWriter(const SilentWriter&) = delete;
+    SilentWriter& operator=(const SilentWriter&) = delete;
+    bool isOpen() const { return m_fd >= 0; }
+    void writeAndClose(const QByteArray& bytes) {
+        static_cast<void>(::write(m_fd, bytes.constData(), size_t(bytes.size())));
+        close();
+    }
+    void close() {
+        if (m_fd >= 0)
+            ::close(m_fd);
+        m_fd = -1;
+    }
+
+private:
+    int m_fd;
+};
+
+} // namespace
+
+class TestTextFileReader : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { TextFileReader::setTimeLimitForTesting(kShortLimit); }
+    void cleanup() { TextFileReader::setTimeLimitForTesting(TextFileReader::kTimeLimit); }
+
+    void fifoWithoutWriterShowsEmptyText() {
+        QTemporaryDir folder;
+        const QString fifo = makeFifo(folder);
+        QVERIFY(!fifo.isEmpty());
+        TextFileReader reader;
+        QSignalSpy text(&reader, &TextFileReader::textRead);
+        reader.read(fifo);
+        QVERIFY(text.wait());
+        QCOMPARE(text.first().first().toString(), QString());
+    }
+
+    void fifoWhoseWriterNeverWritesTimesOutAndIsReadOnceAtATime() {
+        QTemporaryDir folder;
+        const QString fifo = makeFifo(folder);
+        SilentWriter writer(fifo);
+        QVERIFY(writer.isOpen());
+        TextFileReader reader;
+        QSignalSpy text(&reader, &TextFileReader::textRead);
+        reader.read(fifo);
+        QVERIFY(text.wait());
+        QCOMPARE(text.last().first().toString(), TextFileReader::kTimedOutText);
+
+        // Refreshes while the read is stuck start nothing more.
+        for (int refresh = 0; refresh < 5; ++refresh)
+            reader.read(fifo);
+        QTest::qWait(int(kShortLimit.count()));
+        QCOMPARE(BackgroundTask::blockingPool().activeThreadCount(), 1);
+        QCOMPARE(text.count(), 1);
+
+        // The writer's late text still shows, and the thread is free again.
+        writer.writeAndClose("at last\n");
+        QTRY_COMPARE(text.last().first().toString(), QStringLiteral("at last"));
+        QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
+    }
+
+    void readOfAnotherPathTakesOverFromAStuckOne() {
+        QTemporaryDir folder;
+        const QString fifo = makeFifo(folder);
+        SilentWriter writer(fifo);
+        const QString note = folder.filePath(QStringLiteral("note.txt"));
+        QFile file(note);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("a note");
+        file.close();
+
+        TextFileReader reader;
+        QSignalSpy text(&reader, &TextFileReader::textRead);
+        reader.read(fifo);
+        reader.read(note);
+        QTRY_COMPARE(text.count(), 1);
+        QCOMPARE(text.last().first().toString(), QStringLiteral("a note"));
+        // The stuck read's text, when it comes, is no longer wanted.
+        writer.writeAndClose("old pipe");
+        QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
+        QTest::qWait(50);
+        QCOMPARE(text.count(), 1);
+    }
+
+    void endlessZeroDeviceShowsABoundedText() {
+        const QString text = TextFileReader::readNow(QStringLiteral("/dev/zero"));
+        QVERIFY(!text.isEmpty());
+        QVERIFY(text.size() <= TextFileReader::kMaxBytes);
+    }
+
+    void endlessRandomDeviceShowsFileNotFound() {
+        QCOMPARE(TextFileReader::readNow(QStringLiteral("/dev/urandom")),
+                 TextFileReader::kNotFoundText);
+    }
+
+    void directoryShowsFileNotFound() {
+        QTemporaryDir folder;
+        QCOMPARE(TextFileReader::readNow(folder.path()), TextFileReader::kNotFoundText);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestTextFileReader)
+#include "tst_textfilereader.moc"
