@@ -2,6 +2,7 @@
 #include "app/AppSettings.h"
 #include "app/DisplaySession.h"
 #include "app/SingleInstance.h"
+#include "app/TerminationSignals.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -27,6 +28,10 @@ int main(int argc, char* argv[]) {
     case SingleInstance::Role::Primary:
         break;
     }
+
+    TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::terminationRequested, &app,
+                     &QCoreApplication::quit);
 
     AppSettings settings;
     AppDelegate delegate(settings);
