@@ -19,6 +19,8 @@ TEST_PACKAGES=(
     # The window managers the desktop tests run under, their desktop icons programs and the
     # session bus they want.
     xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon
+    # A network share that stops answering, made with FUSE.
+    libfuse3-dev fuse3
 )
 
 # What scripts/check-package.sh needs besides the build and test packages: the freedesktop
