@@ -61,6 +61,17 @@ qint64 residentKiB() {
     return -1;
 }
 
+// The largest resident size while `run` goes on, in KiB: a run's buffers are freed once it
+// is over.
+template <typename Run> qint64 peakResidentKiBDuring(Run run) {
+    qint64 peak = residentKiB();
+    QTimer sampler;
+    QObject::connect(&sampler, &QTimer::timeout, [&peak] { peak = std::max(peak, residentKiB()); });
+    sampler.start(20);
+    run();
+    return peak;
+}
+
 QString quoted(const QString& path) {
     return QLatin1Char('\'') + path + QLatin1Char('\'');
 }
@@ -100,6 +111,11 @@ private Q_SLOTS:
     void timeOutKillsChildrenThatIgnoreTerm();
     void destroyingRunningCommandReportsNothingAndLeavesNoProcess();
     void destroyingCommandRightAfterStartRunsNothingFurther();
+    void gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory();
+    void nulBytesStayInTheText();
+    void tenMegabyteLineShowsItsFirstMebibyte();
+    void fiftySleepingChildrenAllEndAtTheTimeLimit();
+    void childDetachedIntoANewSessionIsBeyondReach();
 
 private:
     QTemporaryDir m_dir;
@@ -251,16 +267,10 @@ void TestShellCommand::endlessOutputTimesOutWithinBoundedMemory() {
     ShellCommand::setTimeLimitForTesting(1500ms);
     const qint64 before = residentKiB();
     QVERIFY(before > 0);
-    // Sampled while the run goes on: the run's buffers are freed once it is over.
-    qint64 peak = before;
-    QTimer sampler;
-    connect(&sampler, &QTimer::timeout, this, [&peak] { peak = std::max(peak, residentKiB()); });
-    sampler.start(20);
-    ShellCommand run(QStringLiteral("yes"));
-    QSignalSpy spy(&run, &ShellCommand::finished);
-    run.start();
-    QVERIFY(spy.wait(10'000));
-    QCOMPARE(spy.at(0).at(0).toString(), kTimedOut);
+    QString text;
+    const qint64 peak =
+        peakResidentKiBDuring([&text] { text = ShellCommand::execute(QStringLiteral("yes")); });
+    QCOMPARE(text, kTimedOut);
     const qint64 grownKiB = peak - before;
     QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
 }
@@ -340,6 +350,62 @@ void TestShellCommand::destroyingCommandRightAfterStartRunsNothingFurther() {
     QTest::qWait(1000);
     QCOMPARE(spy.count(), 0);
     QVERIFY(!QFile::exists(marker));
+}
+
+void TestShellCommand::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
+    const qint64 before = residentKiB();
+    QString text = QStringLiteral("unset");
+    const qint64 peak = peakResidentKiBDuring([&text] {
+        text = ShellCommand::execute(
+            QStringLiteral("yes $'\\xff\\x00\\xfe binary' | head -c 1073741824"));
+    });
+    // Not UTF-8, so nothing to show; whatever it was, only a mebibyte of it was kept.
+    QCOMPARE(text, QString());
+    const qint64 grownKiB = peak - before;
+    QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
+}
+
+void TestShellCommand::nulBytesStayInTheText() {
+    QCOMPARE(ShellCommand::execute(QStringLiteral("printf 'a\\0b'")),
+             QStringView(u"a\0b", 3).toString());
+}
+
+void TestShellCommand::tenMegabyteLineShowsItsFirstMebibyte() {
+    const QString text =
+        ShellCommand::execute(QStringLiteral("head -c 10485760 /dev/zero | tr '\\0' x"));
+    QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
+    QVERIFY(text.startsWith(u'x') && text.endsWith(u'x'));
+}
+
+void TestShellCommand::fiftySleepingChildrenAllEndAtTheTimeLimit() {
+    ShellCommand::setTimeLimitForTesting(1000ms);
+    const QString pidFile = m_dir.filePath(QStringLiteral("fifty.pid"));
+    QCOMPARE(ShellCommand::execute(
+                 QStringLiteral("for i in {1..50}; do sleep 300 & echo $! >> %1; done; wait")
+                     .arg(quoted(pidFile))),
+             kTimedOut);
+    const QList<qint64> pids = pidsIn(pidFile);
+    QCOMPARE(pids.size(), 50);
+    for (qint64 pid : pids)
+        QTRY_VERIFY(processIsGone(pid));
+}
+
+// A child that leaves the command's session with setsid is out of reach of the run's process
+// group, and outlives the run; the README says so. The test ends it itself.
+void TestShellCommand::childDetachedIntoANewSessionIsBeyondReach() {
+    ShellCommand::setTimeLimitForTesting(1000ms);
+    const QString pidFile = m_dir.filePath(QStringLiteral("detached.pid"));
+    QCOMPARE(ShellCommand::execute(
+                 QStringLiteral("setsid sh -c 'echo $$ > %1; exec sleep 300' >/dev/null 2>&1 & "
+                                "sleep 300")
+                     .arg(quoted(pidFile))),
+             kTimedOut);
+    QTRY_COMPARE(pidsIn(pidFile).size(), 1);
+    const qint64 detached = pidsIn(pidFile).first();
+    QTest::qWait(200);
+    const bool survived = !processIsGone(detached);
+    ::kill(static_cast<pid_t>(detached), SIGKILL);
+    QVERIFY(survived);
 }
 
 QTEST_GUILESS_MAIN(TestShellCommand)
