@@ -3,6 +3,8 @@
 //
 //   build/bench/bench_systemstats [iterations]
 
+#include "engine/Clock.h"
+#include "engine/NetworkSource.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
@@ -21,6 +23,18 @@
 using namespace corkwheel;
 
 namespace {
+
+// A clock a second further on each time it is read, so that no refresh is handed the
+// reading of the one before (panels refreshing in the same wake-up share one) and every
+// refresh reads the machine.
+class SecondPerReadingClock final : public Clock {
+public:
+    QDateTime now() const override { return Clock::system().now(); }
+    double monotonicSeconds() const override { return m_seconds += 1; }
+
+private:
+    mutable double m_seconds = 0;
+};
 
 double processCpuMicros() {
     timespec now{};
@@ -48,13 +62,12 @@ QList<DiskInfo> sampleDisks(SystemStatsSampler& sampler) {
 }
 
 // What the runner does on each refresh of a system-stats panel.
-SystemStatsSample refresh() {
-    SystemStatsSampler& sampler = SystemStatsSampler::shared();
+SystemStatsSample refresh(SystemStatsSampler& sampler, NetworkStatsSampler& network) {
     const MemoryReading memory = sampler.sampleMemory();
     const double cpu = sampler.sampleCPU();
     SystemStatsSample sample{cpu, memory.usedFraction, memory.usedGB, memory.totalGB,
                              sampleDisks(sampler)};
-    (void)NetworkStatsSampler::shared().sample();
+    (void)network.sample();
     return sample;
 }
 
@@ -71,7 +84,11 @@ int main(int argc, char* argv[]) {
     QCoreApplication app(argc, argv);
     const int iterations = argc > 1 ? std::max(1, std::atoi(argv[1])) : 1000;
 
-    const SystemStatsSample first = refresh(); // warm-up: first-use set-up is not measured
+    const SecondPerReadingClock clock;
+    SystemStatsSampler sampler(SystemSource::real(), clock);
+    NetworkStatsSampler network(NetworkSource::real(), clock);
+    const SystemStatsSample first =
+        refresh(sampler, network); // warm-up: first-use set-up is not measured
     std::printf("%d volume(s), %.1f GB memory; %d refreshes\n", int(first.disks.size()),
                 first.memoryTotalGB, iterations);
 
@@ -82,7 +99,7 @@ int main(int argc, char* argv[]) {
     for (int i = 0; i < iterations; ++i) {
         const double cpuStart = processCpuMicros();
         const double wallStart = wallMicros();
-        (void)refresh();
+        (void)refresh(sampler, network);
         cpu.push_back(processCpuMicros() - cpuStart);
         wall.push_back(wallMicros() - wallStart);
     }
