@@ -19,6 +19,10 @@ TEST_PACKAGES=(
     # The window managers the desktop tests run under, their desktop icons programs and the
     # session bus they want.
     xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon
+    # The store's tests mount a full and a read-only folder in a mount namespace of their own
+    # (unshare, findmnt, mount); the single-instance test connects as a user it makes
+    # (useradd, userdel).
+    util-linux mount passwd
 )
 
 # What scripts/check-package.sh needs besides the build and test packages: the freedesktop
