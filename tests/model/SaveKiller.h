@@ -17,7 +17,7 @@
 #include <unistd.h>
 
 // Starts stores that each save a shorter panel list over a longer one (store_child save),
-// several at a time, and kills each with SIGKILL at a random moment of its save. The save is
+// sixteen at a time, and kills each with SIGKILL at a random moment of its save. The save is
 // watched through its folder: a kill falls a random time after the first file of the save
 // appears or changes there, from at once to a little after a typical save has ended, so the
 // kills land in the writing itself, which lasts a few milliseconds of a save that mostly
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    static constexpr int kAtOnce = 8;
+    static constexpr int kAtOnce = 16;
 
     struct Child {
         QProcess* process = nullptr;
