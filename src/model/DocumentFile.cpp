@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cerrno>
@@ -17,8 +16,13 @@ namespace corkwheel::DocumentFile {
 
 namespace {
 
-// The part mkostemp() replaces in the name of the file a replace writes first.
-constexpr char kTemporarySuffix[] = ".XXXXXX";
+// The file a replace writes first is ".panels.json.saving-" and six characters that
+// mkostemp() picks: hidden, and named so that nothing of the user's ("panels.json.backup")
+// is ever taken for one left by a crash.
+QString temporaryPrefix(const QFileInfo& document) {
+    return document.absolutePath() + QStringLiteral("/.") + document.fileName() +
+           QStringLiteral(".saving-");
+}
 
 class Descriptor {
 public:
@@ -86,7 +90,7 @@ std::optional<QByteArray> readAtMost(const QString& path, qint64 limit) {
 
 bool replaceAtomically(const QString& path, const QByteArray& bytes) {
     const QByteArray target = QFile::encodeName(path);
-    QByteArray temporary = target + kTemporarySuffix;
+    QByteArray temporary = QFile::encodeName(temporaryPrefix(QFileInfo(path))) + "XXXXXX";
     // mkostemp() makes the file readable and writable by its owner alone.
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
     if (file.get() < 0)
@@ -102,16 +106,12 @@ bool replaceAtomically(const QString& path, const QByteArray& bytes) {
 }
 
 void removeLeftovers(const QString& path) {
-    const QFileInfo document(path);
-    QDir folder = document.absoluteDir();
-    const QString name = document.fileName();
-    static const QRegularExpression leftover(QStringLiteral("\\A.+\\.[A-Za-z0-9]{6}\\z"));
-    const QStringList candidates = folder.entryList({name + QStringLiteral(".??????")},
-                                                    QDir::Files | QDir::System | QDir::Hidden);
-    for (const QString& candidate : candidates) {
-        if (leftover.match(candidate).hasMatch())
-            folder.remove(candidate);
-    }
+    const QFileInfo leftovers(temporaryPrefix(QFileInfo(path)) + QStringLiteral("??????"));
+    QDir folder = leftovers.absoluteDir();
+    const QStringList names =
+        folder.entryList({leftovers.fileName()}, QDir::Files | QDir::System | QDir::Hidden);
+    for (const QString& name : names)
+        folder.remove(name);
 }
 
 } // namespace corkwheel::DocumentFile
