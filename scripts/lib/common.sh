@@ -21,6 +21,10 @@ TEST_PACKAGES=(
     xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon
     # A network share that stops answering, made with FUSE.
     libfuse3-dev fuse3
+    # The store's tests mount a full and a read-only folder in a mount namespace of their own
+    # (unshare, findmnt, mount); the single-instance test connects as a user it makes
+    # (useradd, userdel).
+    util-linux mount passwd
 )
 
 # What scripts/check-package.sh needs besides the build and test packages: the freedesktop
@@ -34,10 +38,10 @@ PACKAGE_CHECK_PACKAGES=(
 # every symbol of the user interface come out empty: they are in qt6-svg-plugins. And
 # Wayland: the Qt Wayland platform and LayerShellQt, with which Corkwheel puts its panels
 # below the windows of a wlroots compositor, and sway (with grim for screenshots) to test that
-# under. The Wayland tests run sway as a user of its own, which useradd (passwd) makes.
+# under. The Wayland tests run sway as a user of its own.
 if [[ $DEBIAN_CODENAME == trixie ]]; then
     BUILD_PACKAGES+=(qt6-svg-plugins qt6-wayland qt6-wayland-dev liblayershellqtinterface-dev)
-    TEST_PACKAGES+=(sway grim passwd)
+    TEST_PACKAGES+=(sway grim)
 fi
 
 repo_root() {

@@ -1,5 +1,6 @@
 #include "model/PanelDocument.h"
 
+#include "model/DocumentEncoding.h"
 #include "model/PanelListReader.h"
 
 #include <nlohmann/json.hpp>
@@ -111,7 +112,10 @@ std::optional<QByteArray> encode(const QList<Panel>& panels) {
 }
 
 std::optional<QList<Panel>> decode(const QByteArray& document) {
-    return readPanelList(document);
+    const auto utf8 = documentAsUtf8(document);
+    if (!utf8)
+        return std::nullopt;
+    return readPanelList(*utf8);
 }
 
 } // namespace corkwheel::PanelDocument

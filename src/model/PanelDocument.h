@@ -17,7 +17,7 @@ namespace PanelDocument {
 std::optional<QByteArray> encode(const QList<Panel>& panels);
 
 // Strict: every key is required at every level and a single invalid panel makes the whole
-// document invalid (no value). Unknown keys are ignored.
+// document invalid (no value). Unknown keys are ignored. UTF-8 or UTF-16.
 std::optional<QList<Panel>> decode(const QByteArray& document);
 
 } // namespace PanelDocument

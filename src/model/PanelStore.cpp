@@ -1,11 +1,11 @@
 #include "model/PanelStore.h"
 
+#include "model/DocumentFile.h"
 #include "model/PanelDocument.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <sys/stat.h>
@@ -21,13 +21,6 @@ void makeOwnerOnlyFolder(const QString& folder) {
         return;
     QDir().mkpath(QFileInfo(folder).absolutePath());
     ::mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
-}
-
-std::optional<QByteArray> readWholeFile(const QString& location) {
-    QFile file(location);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    return file.readAll();
 }
 
 } // namespace
@@ -71,7 +64,8 @@ QList<Panel> PanelStore::starterPanels() {
 
 void PanelStore::load() {
     makeOwnerOnlyFolder(QFileInfo(m_fileLocation).absolutePath());
-    const auto bytes = readWholeFile(m_fileLocation);
+    DocumentFile::removeLeftovers(m_fileLocation);
+    const auto bytes = DocumentFile::readAtMost(m_fileLocation, kMaxDocumentBytes);
     auto decoded = bytes ? PanelDocument::decode(*bytes) : std::nullopt;
     if (!decoded) {
         // An unreadable document is silently replaced by the starter panels.
@@ -139,11 +133,7 @@ void PanelStore::persist() {
     const auto document = PanelDocument::encode(m_panels);
     if (!document)
         return;
-    QSaveFile file(m_fileLocation);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
-    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    if (file.write(*document) != document->size() || !file.commit())
+    if (!DocumentFile::replaceAtomically(m_fileLocation, *document))
         return;
     Q_EMIT documentWritten();
 }

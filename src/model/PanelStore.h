@@ -42,6 +42,10 @@ public:
     void scheduleSave();
 
     static constexpr int kSaveDelayMs = 400;
+    // A longer file is unreadable, like any other that does not decode: a hundred thousand
+    // panels take about 60 MB, and a file without end (a device, say) must not be read
+    // into memory without end.
+    static constexpr qint64 kMaxDocumentBytes = 64 * 1024 * 1024;
 
 Q_SIGNALS:
     void panelsChanged();

@@ -1,15 +1,23 @@
 #include "app/SingleInstance.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 
+#include <cerrno>
+
+#include <grp.h>
+#include <pwd.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace corkwheel;
@@ -42,6 +50,65 @@ bool makeStaleSocket(const QString& path) {
     ::close(fd);
     return bound && QFile::exists(path);
 }
+
+// A user of the test's own, made with useradd and removed with userdel, which only root can.
+class OtherUser {
+public:
+    OtherUser() : m_name(QStringLiteral("cw-other-%1").arg(QCoreApplication::applicationPid())) {
+        if (::geteuid() != 0)
+            return;
+        m_added = QProcess::execute(QStringLiteral("useradd"),
+                                    {QStringLiteral("--system"), QStringLiteral("--no-create-home"),
+                                     QStringLiteral("--user-group"), QStringLiteral("--shell"),
+                                     QStringLiteral("/usr/sbin/nologin"), m_name}) == 0;
+        const passwd* entry = m_added ? ::getpwnam(m_name.toUtf8().constData()) : nullptr;
+        if (entry) {
+            m_uid = entry->pw_uid;
+            m_gid = entry->pw_gid;
+        }
+    }
+    ~OtherUser() {
+        if (m_added)
+            QProcess::execute(QStringLiteral("userdel"), {m_name});
+    }
+    OtherUser(const OtherUser&) = delete;
+    OtherUser& operator=(const OtherUser&) = delete;
+
+    bool exists() const { return m_uid != 0; }
+    uid_t uid() const { return m_uid; }
+    gid_t gid() const { return m_gid; }
+
+private:
+    QString m_name;
+    bool m_added = false;
+    uid_t m_uid = 0;
+    gid_t m_gid = 0;
+};
+
+// Connects to the socket at `path` from a child process running as `uid` and `gid`: 0 when
+// the connection is made, else connect()'s error.
+int connectAs(uid_t uid, gid_t gid, const QString& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::setgroups(0, nullptr) != 0 || ::setgid(gid) != 0 || ::setuid(uid) != 0)
+            ::_exit(255);
+        const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        const bool connected =
+            ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0;
+        ::_exit(connected ? 0 : errno);
+    }
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
+        return -1;
+    return WEXITSTATUS(status);
+}
+
+constexpr QFileDevice::Permissions kOthers = QFileDevice::ReadGroup | QFileDevice::WriteGroup |
+                                             QFileDevice::ExeGroup | QFileDevice::ReadOther |
+                                             QFileDevice::WriteOther | QFileDevice::ExeOther;
 
 } // namespace
 
@@ -94,10 +161,30 @@ private Q_SLOTS:
     void socketIsReachableByItsOwnerAlone() {
         SingleInstance first(socketPath());
         QCOMPARE(first.claim(), SingleInstance::Role::Primary);
-        const auto others = QFileDevice::ReadGroup | QFileDevice::WriteGroup |
-                            QFileDevice::ExeGroup | QFileDevice::ReadOther |
-                            QFileDevice::WriteOther | QFileDevice::ExeOther;
-        QCOMPARE(QFile::permissions(socketPath()) & others, QFileDevice::Permissions());
+        QCOMPARE(QFile::permissions(socketPath()) & kOthers, QFileDevice::Permissions());
+    }
+
+    void otherUserIsRefusedBySocketItCanReach() {
+        if (::geteuid() != 0)
+            QSKIP("making another user to connect as needs root");
+        const OtherUser other;
+        QVERIFY2(other.exists(), "useradd could not make a user");
+        // Open to everyone on the way, so that the socket's own permissions must refuse.
+        QVERIFY(QFile::setPermissions(m_runtimeDir->path(),
+                                      QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                          QFileDevice::ExeOwner | QFileDevice::ExeGroup |
+                                          QFileDevice::ExeOther));
+        SingleInstance first(socketPath());
+        QCOMPARE(first.claim(), SingleInstance::Role::Primary);
+        QCOMPARE(connectAs(::getuid(), ::getgid(), socketPath()), 0);
+        QCOMPARE(connectAs(other.uid(), other.gid(), socketPath()), EACCES);
+    }
+
+    void defaultSocketFolderIsClosedToOthers() {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_runtimeDir->path()));
+        const QString folder = QFileInfo(SingleInstance::defaultSocketPath()).absolutePath();
+        QCOMPARE(QFile::permissions(folder) & kOthers, QFileDevice::Permissions());
+        QCOMPARE(QFileInfo(folder).ownerId(), ::getuid());
     }
 
     void silentRunningInstanceMakesTheStartFail() {

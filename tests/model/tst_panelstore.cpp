@@ -320,6 +320,20 @@ private Q_SLOTS:
         QCOMPARE(QFile::permissions(folder) & others, QFileDevice::Permissions());
     }
 
+    void startRemovesWhatAKilledSaveLeftButNotTheUsersFiles() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Clock)};
+        writeDocument(panels);
+        const QString folder = QFileInfo(documentPath()).absolutePath();
+        const QString leftover = folder + QStringLiteral("/.panels.json.saving-a1B2c3");
+        const QString backup = folder + QStringLiteral("/panels.json.backup");
+        writeFile(leftover, "[{\"id\":");
+        writeFile(backup, *PanelDocument::encode({}));
+        PanelStore store;
+        QCOMPARE(store.panels(), panels);
+        QVERIFY(!QFile::exists(leftover));
+        QCOMPARE(readFile(backup), *PanelDocument::encode({}));
+    }
+
     void unwritableLocationKeepsPanelsInMemory() {
         // The data "folder" is a plain file, so neither the folder nor the document can be made.
         writeFile(m_dataHome->path() + QStringLiteral("/Corkwheel"), "not a folder");
