@@ -17,4 +17,18 @@ if(CORKWHEEL_SANITIZE)
     target_compile_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
     target_link_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
 endif()
+# For the libFuzzer targets (tests/fuzz) everything they link carries the fuzzer's coverage
+# instrumentation and AddressSanitizer (with LeakSanitizer) and UndefinedBehaviorSanitizer,
+# each of whose reports ends the run as a crash. Only the fuzz targets link libFuzzer itself
+# (-fsanitize=fuzzer), as it brings its own main().
+if(CORKWHEEL_BUILD_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        message(FATAL_ERROR "CORKWHEEL_BUILD_FUZZERS needs clang: -DCMAKE_CXX_COMPILER=clang++")
+    endif()
+    set(_fuzz_sanitize_flags -fsanitize=address,undefined -fno-sanitize-recover=all
+        -fno-omit-frame-pointer)
+    target_compile_options(corkwheel_sanitizers INTERFACE ${_fuzz_sanitize_flags}
+        -fsanitize=fuzzer-no-link)
+    target_link_options(corkwheel_sanitizers INTERFACE ${_fuzz_sanitize_flags})
+endif()
 target_link_libraries(corkwheel_options INTERFACE corkwheel_sanitizers)

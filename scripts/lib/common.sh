@@ -33,6 +33,13 @@ PACKAGE_CHECK_PACKAGES=(
     desktop-file-utils appstream dpkg-dev file groff-base
 )
 
+# What scripts/fuzz.sh needs besides the build packages: clang and its runtime libraries, of
+# which libFuzzer is one. Both names stand for Debian's default clang, 14 on Debian 12 and 19
+# on Debian 13.
+FUZZ_PACKAGES=(
+    clang libclang-rt-dev
+)
+
 # Debian 13 has these packages under the same names, and more besides. Its libqt6svg6 no
 # longer holds Qt's SVG image format and icon engine plugins, without which SVG images and
 # every symbol of the user interface come out empty: they are in qt6-svg-plugins. And
