@@ -1,11 +1,9 @@
 #include "engine/ImageLoader.h"
 
 #include "engine/BackgroundTask.h"
-#include "engine/TildePath.h"
+#include "engine/ImageDecoder.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
-#include <QImageReader>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QTimer>
@@ -23,15 +21,6 @@ bool ImageLoader::isDownload(const QString& source) {
     return httpText && QUrl(source, QUrl::StrictMode).isValid();
 }
 
-QImage ImageLoader::decode(const QByteArray& bytes) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    return reader.read();
-}
-
 void ImageLoader::load(const QString& source) {
     if (source.isEmpty()) {
         Q_EMIT imageLoaded(QImage());
@@ -41,9 +30,7 @@ void ImageLoader::load(const QString& source) {
         download(QUrl(source, QUrl::StrictMode));
         return;
     }
-    QImageReader reader(TildePath::expand(source));
-    reader.setAutoTransform(true);
-    Q_EMIT imageLoaded(reader.read());
+    Q_EMIT imageLoaded(ImageDecoder::readFile(source));
 }
 
 QNetworkAccessManager& ImageLoader::network() {
@@ -88,7 +75,7 @@ void ImageLoader::finishDownload(QNetworkReply* reply, const QByteArray& bytes) 
     if (all.size() > kMaxDownloadBytes)
         return;
     BackgroundTask::run(
-        this, [all] { return decode(all); },
+        this, [all] { return ImageDecoder::decode(all); },
         [this](const QImage& image) {
             if (!image.isNull())
                 Q_EMIT imageLoaded(image);

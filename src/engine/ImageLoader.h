@@ -28,9 +28,6 @@ public:
 
     // Only an exact-case "http" or "https" scheme is a download; anything else is a path.
     static bool isDownload(const QString& source);
-    // Decodes any format Qt has an image plugin for (PNG, JPEG, GIF, WebP, SVG, ...).
-    static QImage decode(const QByteArray& bytes);
-
     // Limits of one download, so one bad panel cannot fill the memory or hang forever.
     static constexpr qint64 kMaxDownloadBytes = 32 * 1024 * 1024;
     static constexpr std::chrono::seconds kTransferLimit{60};

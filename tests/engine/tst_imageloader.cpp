@@ -1,13 +1,23 @@
+#include "engine/ImageDecoder.h"
 #include "engine/ImageLoader.h"
+
+#include "HostileImages.h"
+#include "PeakMemory.h"
 
 #include <QBuffer>
 #include <QFile>
+#include <QImageReader>
 #include <QImageWriter>
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
+
+// Well under what decoding any of the hostile images unbounded would take, well over what
+// the test itself needs.
+constexpr long kMemoryBoundMiB = 512;
 
 QByteArray encoded(const QByteArray& format) {
     QImage image(5, 4, QImage::Format_RGB32);
@@ -36,6 +46,12 @@ class ImageLoaderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() {
+        // Where Qt's own allocation limit is lower, it would refuse the images first; newer
+        // Qt versions and QT_IMAGEIO_MAXALLOC allow more, as here.
+        QImageReader::setAllocationLimit(1024);
+    }
+
     void commonFormatsDecode_data() {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QSize>("size");
@@ -50,14 +66,39 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         QFETCH(QSize, size);
         QVERIFY(!bytes.isEmpty());
-        const QImage image = ImageLoader::decode(bytes);
+        const QImage image = ImageDecoder::decode(bytes);
         QCOMPARE(image.size(), size);
         QVERIFY(isBlue(image.pixelColor(1, 1)));
     }
 
     void bytesThatAreNoImageDecodeToNothing() {
-        QVERIFY(ImageLoader::decode("plain text, not a picture").isNull());
-        QVERIFY(ImageLoader::decode(QByteArray()).isNull());
+        QVERIFY(ImageDecoder::decode("plain text, not a picture").isNull());
+        QVERIFY(ImageDecoder::decode(QByteArray()).isNull());
+    }
+
+    void hostileImagesDecodeToNothingInBoundedMemory_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("png declaring 100000 x 100000") << pngDeclaring(100000, 100000);
+        QTest::newRow("jpeg declaring 65000 x 65000") << jpegDeclaring(65000, 65000);
+        // Sizes a machine could allocate, which a decoder without limits then fills.
+        QTest::newRow("png declaring 15000 x 15000") << pngDeclaring(15000, 15000);
+        QTest::newRow("jpeg declaring 15000 x 15000") << jpegDeclaring(15000, 15000);
+        QTest::newRow("svg of nested entities") << svgOfNestedEntities();
+        QTest::newRow("truncated png") << truncatedPng();
+        QTest::newRow("not an image") << QByteArray(4096, 'x');
+    }
+
+    void hostileImagesDecodeToNothingInBoundedMemory() {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(ImageDecoder::decode(bytes).isNull());
+        QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
+    }
+
+    void svgWithAHugeViewBoxIsDrawnAtABoundedSize() {
+        const QImage image = ImageDecoder::decode(svgOfHugeViewBox());
+        QCOMPARE(image.size(), QSize(ImageDecoder::kMaxVectorSide, ImageDecoder::kMaxVectorSide));
+        QVERIFY(isBlue(image.pixelColor(100, 100)));
+        QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
     }
 
     void onlyExactCaseHttpSchemesAreDownloads_data() {
