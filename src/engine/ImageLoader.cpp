@@ -22,15 +22,25 @@ bool ImageLoader::isDownload(const QString& source) {
 }
 
 void ImageLoader::load(const QString& source) {
+    const quint64 ticket = ++m_lastTicket;
     if (source.isEmpty()) {
-        Q_EMIT imageLoaded(QImage());
+        show(ticket, QImage());
         return;
     }
-    if (isDownload(source)) {
-        download(QUrl(source, QUrl::StrictMode));
+    const bool alreadyLoading = m_loading.contains(source);
+    m_loading.insert(source, ticket);
+    if (alreadyLoading)
         return;
-    }
-    Q_EMIT imageLoaded(ImageDecoder::readFile(source));
+    if (isDownload(source))
+        download(source);
+    else
+        readFile(source);
+}
+
+void ImageLoader::readFile(const QString& source) {
+    BackgroundTask::run(
+        this, [source] { return ImageDecoder::readFile(source); },
+        [this, source](const QImage& image) { show(settle(source), image); });
 }
 
 QNetworkAccessManager& ImageLoader::network() {
@@ -39,8 +49,8 @@ QNetworkAccessManager& ImageLoader::network() {
     return *manager;
 }
 
-void ImageLoader::download(const QUrl& url) {
-    QNetworkRequest request(url);
+void ImageLoader::download(const QString& source) {
+    QNetworkRequest request(QUrl(source, QUrl::StrictMode));
     // Never follow a redirect from https down to http.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
@@ -56,7 +66,7 @@ void ImageLoader::download(const QUrl& url) {
     connect(reply, &QNetworkReply::readyRead, this,
             [this, reply, bytes] { keepIncoming(reply, *bytes); });
     connect(reply, &QNetworkReply::finished, this,
-            [this, reply, bytes] { finishDownload(reply, *bytes); });
+            [this, source, reply, bytes] { finishDownload(source, reply, *bytes); });
 }
 
 void ImageLoader::keepIncoming(QNetworkReply* reply, QByteArray& bytes) {
@@ -67,19 +77,34 @@ void ImageLoader::keepIncoming(QNetworkReply* reply, QByteArray& bytes) {
     }
 }
 
-void ImageLoader::finishDownload(QNetworkReply* reply, const QByteArray& bytes) {
+void ImageLoader::finishDownload(const QString& source, QNetworkReply* reply,
+                                 const QByteArray& bytes) {
     reply->deleteLater();
-    if (reply->error() != QNetworkReply::NoError)
+    const QByteArray all =
+        reply->error() == QNetworkReply::NoError ? bytes + reply->readAll() : QByteArray();
+    if (all.isEmpty() || all.size() > kMaxDownloadBytes) {
+        settle(source);
         return;
-    const QByteArray all = bytes + reply->readAll();
-    if (all.size() > kMaxDownloadBytes)
-        return;
+    }
     BackgroundTask::run(
         this, [all] { return ImageDecoder::decode(all); },
-        [this](const QImage& image) {
+        [this, source](const QImage& image) {
+            const quint64 ticket = settle(source);
             if (!image.isNull())
-                Q_EMIT imageLoaded(image);
+                show(ticket, image);
         });
+}
+
+// Ends the load of `source`, giving the ticket its picture is shown under.
+quint64 ImageLoader::settle(const QString& source) {
+    return m_loading.take(source);
+}
+
+void ImageLoader::show(quint64 ticket, const QImage& image) {
+    if (ticket < m_shownTicket)
+        return;
+    m_shownTicket = ticket;
+    Q_EMIT imageLoaded(image);
 }
 
 } // namespace corkwheel
