@@ -54,13 +54,14 @@ void ImageLoader::download(const QString& source) {
     // Never follow a redirect from https down to http.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setMaximumRedirectsAllowed(kMaxRedirects);
     QNetworkReply* reply = network().get(request);
     reply->setParent(this);
 
     auto* limit = new QTimer(reply);
     limit->setSingleShot(true);
     connect(limit, &QTimer::timeout, reply, &QNetworkReply::abort);
-    limit->start(kTransferLimit);
+    limit->start(m_transferLimit);
 
     auto bytes = std::make_shared<QByteArray>();
     connect(reply, &QNetworkReply::readyRead, this,

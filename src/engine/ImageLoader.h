@@ -34,7 +34,11 @@ public:
 
     // Limits of one download, so one bad panel cannot fill the memory or hang forever.
     static constexpr qint64 kMaxDownloadBytes = 32 * 1024 * 1024;
-    static constexpr std::chrono::seconds kTransferLimit{60};
+    static constexpr std::chrono::milliseconds kTransferLimit = std::chrono::seconds(60);
+    static constexpr int kMaxRedirects = 10;
+
+    // For downloads started from now on.
+    void setTransferLimit(std::chrono::milliseconds limit) { m_transferLimit = limit; }
 
 Q_SIGNALS:
     void imageLoaded(const QImage& image);
@@ -55,6 +59,7 @@ private:
     quint64 m_shownTicket = 0;
     // The sources loading now, each with the ticket of the latest load that asked for it.
     QHash<QString, quint64> m_loading;
+    std::chrono::milliseconds m_transferLimit = kTransferLimit;
 };
 
 } // namespace corkwheel

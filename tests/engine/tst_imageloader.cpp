@@ -1,6 +1,7 @@
 #include "engine/ImageDecoder.h"
 #include "engine/ImageLoader.h"
 
+#include "HostileHttpServer.h"
 #include "HostileImages.h"
 #include "PeakMemory.h"
 
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QImageReader>
 #include <QImageWriter>
+#include <QNetworkReply>
 #include <QTest>
 
 using namespace corkwheel;
@@ -39,6 +41,34 @@ QByteArray fixture(const QString& name) {
 bool isBlue(const QColor& color) {
     return color.blue() > 200 && color.red() < 40 && color.green() < 40;
 }
+
+QList<QNetworkReply*> downloadsOf(const ImageLoader& loader) {
+    return loader.findChildren<QNetworkReply*>();
+}
+
+// An address nothing listens on.
+QString refusingAddress() {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    const quint16 port = server.serverPort();
+    server.close();
+    return QStringLiteral("http://127.0.0.1:%1/image").arg(port);
+}
+
+// An image loader that shows `shown`, as a panel runner does, after a first download
+// has put a blue picture there.
+struct ShowingLoader {
+    ImageLoader loader;
+    QImage shown;
+    HostileHttpServer good;
+
+    ShowingLoader() {
+        good.image = encoded("png");
+        QObject::connect(&loader, &ImageLoader::imageLoaded,
+                         [this](const QImage& image) { shown = image; });
+        loader.load(good.url(QStringLiteral("/image")));
+    }
+};
 
 } // namespace
 
@@ -99,6 +129,57 @@ private Q_SLOTS:
         QCOMPARE(image.size(), QSize(ImageDecoder::kMaxVectorSide, ImageDecoder::kMaxVectorSide));
         QVERIFY(isBlue(image.pixelColor(100, 100)));
         QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
+    }
+
+    void hostileDownloadsEndAndKeepThePicture_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("endless redirects") << "/redirect/0";
+        QTest::newRow("a byte a second for ever") << "/trickle";
+        QTest::newRow("a gibibyte") << "/endless";
+        QTest::newRow("https to a plain web server") << "https-to-plain";
+        QTest::newRow("self-signed certificate") << "self-signed";
+        QTest::newRow("refused connection") << "refused";
+    }
+
+    void hostileDownloadsEndAndKeepThePicture() {
+        QFETCH(QString, kind);
+        ShowingLoader panel;
+        QTRY_VERIFY(!panel.shown.isNull());
+        panel.loader.setTransferLimit(std::chrono::seconds(2));
+
+        HostileHttpServer server(kind == QStringLiteral("self-signed")
+                                     ? HostileHttpServer::Transport::SelfSignedTls
+                                     : HostileHttpServer::Transport::Plain);
+        server.image = encodedImage(Qt::red, QSize(5, 4), "png");
+        QString address = server.url(kind.startsWith(u'/') ? kind : QStringLiteral("/image"));
+        if (kind == QStringLiteral("https-to-plain"))
+            address.replace(QStringLiteral("http:"), QStringLiteral("https:"));
+        else if (kind == QStringLiteral("refused"))
+            address = refusingAddress();
+        panel.loader.load(address);
+        QVERIFY(!downloadsOf(panel.loader).isEmpty());
+
+        QTRY_VERIFY_WITH_TIMEOUT(downloadsOf(panel.loader).isEmpty(), 30000);
+        QTRY_COMPARE(server.openConnections, 0);
+        // Time for a decode, had the download been taken for a picture.
+        QTest::qWait(300);
+        QVERIFY(isBlue(panel.shown.pixelColor(1, 1)));
+        QCOMPARE_LE(server.requests, ImageLoader::kMaxRedirects + 1);
+        QCOMPARE_LT(server.bytesSent, HostileHttpServer::kEndlessBytes / 8);
+        QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
+    }
+
+    void addressStillDownloadingIsNotDownloadedAgain() {
+        ShowingLoader panel;
+        HostileHttpServer server;
+        const QString address = server.url(QStringLiteral("/trickle"));
+        panel.loader.load(address);
+        QTRY_COMPARE(server.requests, 1);
+        panel.loader.load(address);
+        panel.loader.load(address);
+        QTest::qWait(300);
+        QCOMPARE(server.requests, 1);
+        QCOMPARE(downloadsOf(panel.loader).size(), 1);
     }
 
     void onlyExactCaseHttpSchemesAreDownloads_data() {
