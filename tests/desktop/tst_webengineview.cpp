@@ -1,6 +1,7 @@
 // The web engine plugin's web view, as a webpage panel's content view shows it.
 
 #include "ViewTesting.h"
+#include "WebEngineTestMain.h"
 
 #include "desktop/PanelContentView.h"
 #include "engine/PanelRunner.h"
@@ -76,5 +77,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WebEngineViewTest)
+CORKWHEEL_WEBENGINE_TEST_MAIN(WebEngineViewTest, QApplication)
 #include "tst_webengineview.moc"
