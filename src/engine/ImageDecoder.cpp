@@ -26,8 +26,6 @@ QSize fittingSize(const QSize& size) {
     return QSize(std::max(1, int(size.width() * scale)), std::max(1, int(size.height() * scale)));
 }
 
-} // namespace
-
 // Qt refuses images above its allocation limit too, but that limit differs between Qt
 // versions and QT_IMAGEIO_MAXALLOC can lift it, and beyond it Qt reports on the console.
 QImage read(QImageReader& reader) {
@@ -40,6 +38,8 @@ QImage read(QImageReader& reader) {
     }
     return reader.read();
 }
+
+} // namespace
 
 QImage decode(const QByteArray& bytes) {
     QBuffer buffer;

@@ -4,7 +4,6 @@
 #include <QString>
 
 class QByteArray;
-class QImageReader;
 
 namespace corkwheel {
 
@@ -25,8 +24,6 @@ QImage decode(const QByteArray& bytes);
 
 // The same for the file at `path` (a leading "~/" means the home directory); blocking.
 QImage readFile(const QString& path);
-
-QImage read(QImageReader& reader);
 
 } // namespace ImageDecoder
 
