@@ -6,11 +6,14 @@
 #include "PeakMemory.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFile>
 #include <QImageReader>
 #include <QImageWriter>
 #include <QNetworkReply>
+#include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -44,6 +47,12 @@ bool isBlue(const QColor& color) {
 
 QList<QNetworkReply*> downloadsOf(const ImageLoader& loader) {
     return loader.findChildren<QNetworkReply*>();
+}
+
+// Waits for what the thread pool decodes, and for the pictures to reach the main thread.
+void waitForDecodes() {
+    QThreadPool::globalInstance()->waitForDone(30000);
+    QCoreApplication::sendPostedEvents();
 }
 
 // An address nothing listens on.
@@ -161,11 +170,34 @@ private Q_SLOTS:
 
         QTRY_VERIFY_WITH_TIMEOUT(downloadsOf(panel.loader).isEmpty(), 30000);
         QTRY_COMPARE(server.openConnections, 0);
-        // Time for a decode, had the download been taken for a picture.
-        QTest::qWait(300);
+        waitForDecodes();
         QVERIFY(isBlue(panel.shown.pixelColor(1, 1)));
         QCOMPARE_LE(server.requests, ImageLoader::kMaxRedirects + 1);
         QCOMPARE_LT(server.bytesSent, HostileHttpServer::kEndlessBytes / 8);
+        QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
+    }
+
+    void hostileImageDownloadKeepsThePicture_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("png declaring 100000 x 100000") << pngDeclaring(100000, 100000);
+        QTest::newRow("jpeg declaring 15000 x 15000") << jpegDeclaring(15000, 15000);
+        QTest::newRow("svg of nested entities") << svgOfNestedEntities();
+        QTest::newRow("truncated png") << truncatedPng();
+        QTest::newRow("not an image") << QByteArray("<html>Not found</html>");
+    }
+
+    void hostileImageDownloadKeepsThePicture() {
+        QFETCH(QByteArray, bytes);
+        ShowingLoader panel;
+        QTRY_VERIFY(!panel.shown.isNull());
+        HostileHttpServer server;
+        server.image = bytes;
+        QSignalSpy changes(&panel.loader, &ImageLoader::imageLoaded);
+        panel.loader.load(server.url(QStringLiteral("/image")));
+        QTRY_VERIFY(downloadsOf(panel.loader).isEmpty());
+        waitForDecodes();
+        QCOMPARE(changes.count(), 0);
+        QVERIFY(isBlue(panel.shown.pixelColor(1, 1)));
         QCOMPARE_LT(peakResidentMiB(), kMemoryBoundMiB);
     }
 
