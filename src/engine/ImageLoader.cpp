@@ -1,11 +1,9 @@
 #include "engine/ImageLoader.h"
 
 #include "engine/BackgroundTask.h"
-#include "engine/TildePath.h"
+#include "engine/ImageDecoder.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
-#include <QImageReader>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QTimer>
@@ -23,27 +21,26 @@ bool ImageLoader::isDownload(const QString& source) {
     return httpText && QUrl(source, QUrl::StrictMode).isValid();
 }
 
-QImage ImageLoader::decode(const QByteArray& bytes) {
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer);
-    reader.setAutoTransform(true);
-    return reader.read();
+void ImageLoader::load(const QString& source) {
+    const quint64 ticket = ++m_lastTicket;
+    if (source.isEmpty()) {
+        show(ticket, QImage());
+        return;
+    }
+    const bool alreadyLoading = m_loading.contains(source);
+    m_loading.insert(source, ticket);
+    if (alreadyLoading)
+        return;
+    if (isDownload(source))
+        download(source);
+    else
+        readFile(source);
 }
 
-void ImageLoader::load(const QString& source) {
-    if (source.isEmpty()) {
-        Q_EMIT imageLoaded(QImage());
-        return;
-    }
-    if (isDownload(source)) {
-        download(QUrl(source, QUrl::StrictMode));
-        return;
-    }
-    QImageReader reader(TildePath::expand(source));
-    reader.setAutoTransform(true);
-    Q_EMIT imageLoaded(reader.read());
+void ImageLoader::readFile(const QString& source) {
+    BackgroundTask::run(
+        this, [source] { return ImageDecoder::readFile(source); },
+        [this, source](const QImage& image) { show(settle(source), image); });
 }
 
 QNetworkAccessManager& ImageLoader::network() {
@@ -52,24 +49,25 @@ QNetworkAccessManager& ImageLoader::network() {
     return *manager;
 }
 
-void ImageLoader::download(const QUrl& url) {
-    QNetworkRequest request(url);
+void ImageLoader::download(const QString& source) {
+    QNetworkRequest request(QUrl(source, QUrl::StrictMode));
     // Never follow a redirect from https down to http.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setMaximumRedirectsAllowed(kMaxRedirects);
     QNetworkReply* reply = network().get(request);
     reply->setParent(this);
 
     auto* limit = new QTimer(reply);
     limit->setSingleShot(true);
     connect(limit, &QTimer::timeout, reply, &QNetworkReply::abort);
-    limit->start(kTransferLimit);
+    limit->start(m_transferLimit);
 
     auto bytes = std::make_shared<QByteArray>();
     connect(reply, &QNetworkReply::readyRead, this,
             [this, reply, bytes] { keepIncoming(reply, *bytes); });
     connect(reply, &QNetworkReply::finished, this,
-            [this, reply, bytes] { finishDownload(reply, *bytes); });
+            [this, source, reply, bytes] { finishDownload(source, reply, *bytes); });
 }
 
 void ImageLoader::keepIncoming(QNetworkReply* reply, QByteArray& bytes) {
@@ -80,19 +78,34 @@ void ImageLoader::keepIncoming(QNetworkReply* reply, QByteArray& bytes) {
     }
 }
 
-void ImageLoader::finishDownload(QNetworkReply* reply, const QByteArray& bytes) {
+void ImageLoader::finishDownload(const QString& source, QNetworkReply* reply,
+                                 const QByteArray& bytes) {
     reply->deleteLater();
-    if (reply->error() != QNetworkReply::NoError)
+    const QByteArray all =
+        reply->error() == QNetworkReply::NoError ? bytes + reply->readAll() : QByteArray();
+    if (all.isEmpty() || all.size() > kMaxDownloadBytes) {
+        settle(source);
         return;
-    const QByteArray all = bytes + reply->readAll();
-    if (all.size() > kMaxDownloadBytes)
-        return;
+    }
     BackgroundTask::run(
-        this, [all] { return decode(all); },
-        [this](const QImage& image) {
+        this, [all] { return ImageDecoder::decode(all); },
+        [this, source](const QImage& image) {
+            const quint64 ticket = settle(source);
             if (!image.isNull())
-                Q_EMIT imageLoaded(image);
+                show(ticket, image);
         });
+}
+
+// Ends the load of `source`, giving the ticket its picture is shown under.
+quint64 ImageLoader::settle(const QString& source) {
+    return m_loading.take(source);
+}
+
+void ImageLoader::show(quint64 ticket, const QImage& image) {
+    if (ticket < m_shownTicket)
+        return;
+    m_shownTicket = ticket;
+    Q_EMIT imageLoaded(image);
 }
 
 } // namespace corkwheel

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QString>
@@ -14,10 +15,12 @@ namespace corkwheel {
 
 // Loads the picture of an image panel from a file path or an http/https address.
 //
-// A file is read at once; a missing file or one that is not an image gives a null image.
-// A download runs in the background and is decoded on a worker thread; only a success
-// replaces the picture, so a failed download keeps what was shown. Several downloads may
-// overlap: the one that finishes last wins.
+// Both are read and decoded in the background, so a huge file, or one on a network mount
+// that hangs, never holds up the desktop. A file that is missing or not an image gives a
+// null image; a download replaces the picture only when it succeeds, so a failed one keeps
+// what was shown. Loads of different sources may overlap, but a picture never replaces
+// one from a later load. A load of a source that is still loading waits for that load
+// instead of starting another, so a source that never answers costs one load at a time.
 class ImageLoader : public QObject {
     Q_OBJECT
 
@@ -28,22 +31,35 @@ public:
 
     // Only an exact-case "http" or "https" scheme is a download; anything else is a path.
     static bool isDownload(const QString& source);
-    // Decodes any format Qt has an image plugin for (PNG, JPEG, GIF, WebP, SVG, ...).
-    static QImage decode(const QByteArray& bytes);
 
     // Limits of one download, so one bad panel cannot fill the memory or hang forever.
     static constexpr qint64 kMaxDownloadBytes = 32 * 1024 * 1024;
-    static constexpr std::chrono::seconds kTransferLimit{60};
+    static constexpr std::chrono::milliseconds kTransferLimit = std::chrono::seconds(60);
+    static constexpr int kMaxRedirects = 10;
+
+    // For downloads started from now on.
+    void setTransferLimit(std::chrono::milliseconds limit) { m_transferLimit = limit; }
 
 Q_SIGNALS:
     void imageLoaded(const QImage& image);
 
 private:
-    void download(const QUrl& url);
+    void readFile(const QString& source);
+    void download(const QString& source);
     void keepIncoming(QNetworkReply* reply, QByteArray& bytes);
-    void finishDownload(QNetworkReply* reply, const QByteArray& bytes);
+    void finishDownload(const QString& source, QNetworkReply* reply, const QByteArray& bytes);
+    quint64 settle(const QString& source);
+    void show(quint64 ticket, const QImage& image);
 
     static QNetworkAccessManager& network();
+
+    // Every load takes the next ticket; a picture from an older ticket than the one shown
+    // is dropped.
+    quint64 m_lastTicket = 0;
+    quint64 m_shownTicket = 0;
+    // The sources loading now, each with the ticket of the latest load that asked for it.
+    QHash<QString, quint64> m_loading;
+    std::chrono::milliseconds m_transferLimit = kTransferLimit;
 };
 
 } // namespace corkwheel

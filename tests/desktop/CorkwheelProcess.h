@@ -121,6 +121,7 @@ private:
                        QDir(env.value(QStringLiteral("XDG_RUNTIME_DIR"))).filePath(wayland));
         env.insert(QStringLiteral("XDG_DATA_HOME"), home.filePath(QStringLiteral("data")));
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
+        env.insert(QStringLiteral("XDG_CACHE_HOME"), home.filePath(QStringLiteral("cache")));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
         if (m_loadsWebEngine)
             addWebEngineEnvironment(env);

@@ -68,7 +68,7 @@ private:
                 return page;
             }));
         if (start)
-            m_runner->start();
+            startAndLoad(panel);
         m_view = std::make_unique<PanelContentView>(*m_runner);
         m_view->setWebViewFactory([this](WebPage*, QWidget* parent) {
             ++m_viewsMade;
@@ -85,6 +85,15 @@ private:
     }
 
     QImage renderView(double ratio) { return render(*m_view, ratio); }
+
+    // An image panel's file is read in the background: this waits until it has been, so
+    // that the view shows what was read.
+    void startAndLoad(const Panel& panel) {
+        QSignalSpy loaded(m_runner.get(), &PanelRunner::imageChanged);
+        m_runner->start();
+        if (panel.type == PanelType::Image && !panel.imageSource.isEmpty() && loaded.isEmpty())
+            loaded.wait(10000);
+    }
 
 private Q_SLOTS:
     void init() {

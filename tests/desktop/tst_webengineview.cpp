@@ -1,6 +1,8 @@
 // The web engine plugin's web view, as a webpage panel's content view shows it.
 
+#include "PageServer.h"
 #include "ViewTesting.h"
+#include "WebEngineTestMain.h"
 
 #include "desktop/PanelContentView.h"
 #include "engine/PanelRunner.h"
@@ -9,7 +11,9 @@
 #include "engine/WebPage.h"
 
 #include <QApplication>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineView>
 
@@ -17,6 +21,27 @@ using namespace corkwheel;
 using namespace corkwheel::test;
 
 namespace {
+
+// A page of the backend, shown in its view in a window of its own, with `url` loaded.
+struct ShownPage {
+    std::unique_ptr<WebPage> page;
+    QWidget window;
+    QWidget* view = nullptr;
+
+    QWebEnginePage* engine() const { return page->findChild<QWebEnginePage*>(); }
+
+    bool load(WebEngineBackend& backend, const QUrl& url) {
+        page.reset(backend.createPage(nullptr));
+        view = backend.createView(page.get(), &window);
+        window.resize(320, 200);
+        view->resize(320, 200);
+        window.show();
+        QSignalSpy finished(engine(), &QWebEnginePage::loadFinished);
+        page->load(url, std::chrono::seconds(60));
+        return QTest::qWaitForWindowExposed(&window) && finished.wait(30000) &&
+               finished.first().first().toBool();
+    }
+};
 
 class ForeignPage final : public WebPage {
 public:
@@ -54,6 +79,45 @@ private Q_SLOTS:
         QVERIFY(!m_backend->createView(&page, &parent));
     }
 
+    void pageShowsNoDialogsOverTheDesktop() {
+        PageServer server;
+        ShownPage shown;
+        QVERIFY(shown.load(*m_backend, server.url()));
+        // Closes what dialog opens, so that a test that shows one still ends.
+        int dialogs = 0;
+        QTimer closer;
+        connect(&closer, &QTimer::timeout, this, [&dialogs] {
+            if (QWidget* dialog = QApplication::activeModalWidget()) {
+                ++dialogs;
+                dialog->close();
+            }
+        });
+        closer.start(100);
+        shown.engine()->runJavaScript(
+            QStringLiteral("alert('Hello'); const name = prompt('Your name?', 'Ann');"
+                           "document.title = 'confirm: ' + confirm('Delete everything?') + "
+                           "', prompt: ' + name;"));
+        QTRY_VERIFY(shown.engine()->title().startsWith(QStringLiteral("confirm: ")));
+        QCOMPARE(dialogs, 0);
+        QCOMPARE(shown.engine()->title(), QStringLiteral("confirm: false, prompt: null"));
+    }
+
+    void pageCannotGoFullScreenEvenWhenClicked() {
+        PageServer server;
+        server.html = "<html><head><title>ready</title></head><body style='margin: 0'>"
+                      "<button style='width: 100%; height: 100vh' onclick=\""
+                      "document.documentElement.requestFullscreen().then("
+                      "() => { document.title = 'full screen: allowed'; },"
+                      "() => { document.title = 'full screen: refused'; });\">Go</button>"
+                      "</body></html>";
+        ShownPage shown;
+        QVERIFY(shown.load(*m_backend, server.url()));
+        QWidget* input = shown.view->focusProxy() ? shown.view->focusProxy() : shown.view;
+        QTest::mouseClick(input, Qt::LeftButton, {}, QPoint(160, 100));
+        QTRY_VERIFY(shown.engine()->title().startsWith(QStringLiteral("full screen: ")));
+        QCOMPARE(shown.engine()->title(), QStringLiteral("full screen: refused"));
+    }
+
     void webpagePanelShowsItsPageInTheEnginesView() {
         FakeMachine machine;
         Panel panel = Panel::makeDefault(PanelType::Webpage);
@@ -76,5 +140,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WebEngineViewTest)
+CORKWHEEL_WEBENGINE_TEST_MAIN(WebEngineViewTest, QApplication)
 #include "tst_webengineview.moc"

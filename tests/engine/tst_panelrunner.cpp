@@ -1,5 +1,7 @@
 #include "FakeMachine.h"
+#include "HostileImages.h"
 #include "RecordingWebPage.h"
+#include "SlowFile.h"
 
 #include "engine/NetworkStatsSampler.h"
 #include "engine/PanelRunner.h"
@@ -15,6 +17,7 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QTimeZone>
 
 #include <memory>
@@ -548,7 +551,7 @@ private Q_SLOTS:
         panel.imageSource = path;
         PanelRunner runner(panel, services());
         runner.start();
-        QCOMPARE(runner.image().size(), QSize(4, 3));
+        QTRY_COMPARE(runner.image().size(), QSize(4, 3));
         QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::red));
     }
 
@@ -556,7 +559,9 @@ private Q_SLOTS:
         Panel panel = panelOf(PanelType::Image);
         panel.imageSource = QStringLiteral("/nonexistent/picture.png");
         PanelRunner runner(panel, services());
+        QSignalSpy image(&runner, &PanelRunner::imageChanged);
         runner.start();
+        QVERIFY(image.wait());
         QVERIFY(runner.image().isNull());
     }
 
@@ -567,10 +572,69 @@ private Q_SLOTS:
         panel.imageSource = path;
         PanelRunner runner(panel, services());
         runner.start();
-        QVERIFY(!runner.image().isNull());
+        QTRY_VERIFY(!runner.image().isNull());
         panel.imageSource.clear();
         runner.apply(panel);
         QVERIFY(runner.image().isNull());
+    }
+
+    void hostileLocalImageFilesShowNoImage_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("png declaring 100000 x 100000") << pngDeclaring(100000, 100000);
+        QTest::newRow("jpeg declaring 65000 x 65000") << jpegDeclaring(65000, 65000);
+        QTest::newRow("svg of nested entities") << svgOfNestedEntities();
+        QTest::newRow("truncated png") << truncatedPng();
+        QTest::newRow("not an image") << QByteArray("#!/bin/sh\necho hello\n");
+    }
+
+    void hostileLocalImageFilesShowNoImage() {
+        QFETCH(QByteArray, bytes);
+        QTemporaryDir folder;
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = writeFile(folder, QStringLiteral("hostile.png"), pngBytes(Qt::red));
+        PanelRunner runner(panel, services());
+        runner.start();
+        QTRY_VERIFY(!runner.image().isNull());
+        panel.imageSource = writeFile(folder, QStringLiteral("hostile.img"), bytes);
+        runner.apply(panel);
+        QTRY_VERIFY(runner.image().isNull());
+    }
+
+    void localImageSlowToReadDoesNotHoldUpTheRunner() {
+        QTemporaryDir folder;
+        SlowFile slow(folder.filePath(QStringLiteral("slow.png")), pngBytes(Qt::red));
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = slow.path();
+        PanelRunner runner(panel, services());
+        runner.start();
+        slow.release();
+        QTRY_VERIFY(!runner.image().isNull());
+        QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::red));
+        slow.finish();
+        QVERIFY(slow.wasHeldUntilReleased());
+    }
+
+    void slowEarlierLocalImageDoesNotReplaceALaterOne() {
+        // The slow read holds a worker thread until released; the quick one needs another.
+        QThreadPool::globalInstance()->setMaxThreadCount(
+            std::max(2, QThreadPool::globalInstance()->maxThreadCount()));
+        QTemporaryDir folder;
+        SlowFile slow(folder.filePath(QStringLiteral("slow.png")), pngBytes(Qt::red));
+        Panel panel = panelOf(PanelType::Image);
+        panel.imageSource = slow.path();
+        PanelRunner runner(panel, services());
+        runner.start();
+        panel.imageSource = writeFile(folder, QStringLiteral("quick.png"), pngBytes(Qt::blue));
+        runner.apply(panel);
+        QTRY_VERIFY(!runner.image().isNull());
+        QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::blue));
+
+        QSignalSpy changes(&runner, &PanelRunner::imageChanged);
+        slow.release();
+        slow.finish();
+        QTest::qWait(300);
+        QCOMPARE(changes.count(), 0);
+        QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::blue));
     }
 
     void downloadedImageIsShown() {

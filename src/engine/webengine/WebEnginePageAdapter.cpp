@@ -1,11 +1,12 @@
 #include "engine/webengine/WebEnginePageAdapter.h"
 
-#include <QWebEnginePage>
+#include "engine/webengine/PanelWebEnginePage.h"
+#include "engine/webengine/PanelWebProfile.h"
 
 namespace corkwheel {
 
 WebEnginePageAdapter::WebEnginePageAdapter(QObject* parent)
-    : WebPage(parent), m_page(new QWebEnginePage(this)) {
+    : WebPage(parent), m_page(new PanelWebEnginePage(PanelWebProfile::shared(), this)) {
     m_timeout.setSingleShot(true);
     connect(&m_timeout, &QTimer::timeout, m_page,
             [this] { m_page->triggerAction(QWebEnginePage::Stop); });
