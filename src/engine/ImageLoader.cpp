@@ -37,9 +37,11 @@ void ImageLoader::load(const QString& source) {
         readFile(source);
 }
 
+// On the pool for blocking work: a file on a network share that stopped answering, or a FIFO
+// nobody writes to, then holds up no other panel's work.
 void ImageLoader::readFile(const QString& source) {
     BackgroundTask::run(
-        this, [source] { return ImageDecoder::readFile(source); },
+        BackgroundTask::blockingPool(), this, [source] { return ImageDecoder::readFile(source); },
         [this, source](const QImage& image) { show(settle(source), image); });
 }
 
