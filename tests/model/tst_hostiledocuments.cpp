@@ -1,3 +1,4 @@
+#include "DocumentFiles.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -13,19 +14,13 @@
 
 #include <sys/stat.h>
 
+#include <memory>
+
 using namespace corkwheel;
+using corkwheel::test::readFile;
+using corkwheel::test::writeFile;
 
 namespace {
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 QList<Panel> withoutIds(QList<Panel> panels) {
     for (Panel& panel : panels)
@@ -70,7 +65,7 @@ class HostileDocumentsTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir* m_dataHome = nullptr;
+    std::unique_ptr<test::PrivateDataHome> m_dataHome;
 
     QString documentPath() const { return PanelStore::defaultFileLocation(); }
 
@@ -104,15 +99,11 @@ private:
 
 private Q_SLOTS:
     void init() {
-        m_dataHome = new QTemporaryDir;
+        m_dataHome = std::make_unique<test::PrivateDataHome>();
         QVERIFY(m_dataHome->isValid());
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome->path()));
     }
 
-    void cleanup() {
-        delete m_dataHome;
-        m_dataHome = nullptr;
-    }
+    void cleanup() { m_dataHome.reset(); }
 
     void tenMegabyteDocumentLoads() {
         const Panel panel = Panel::makeDefault(PanelType::Shell);

@@ -1,3 +1,4 @@
+#include "DocumentFiles.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -10,20 +11,13 @@
 
 #include <limits>
 
+#include <memory>
+
 using namespace corkwheel;
+using corkwheel::test::readFile;
+using corkwheel::test::writeFile;
 
 namespace {
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-}
 
 // Drops the ids, which are random, so lists can be compared with the starter panels.
 QList<Panel> withoutIds(QList<Panel> panels) {
@@ -38,7 +32,7 @@ class PanelStoreTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir* m_dataHome = nullptr;
+    std::unique_ptr<test::PrivateDataHome> m_dataHome;
 
     QString documentPath() const {
         return m_dataHome->path() + QStringLiteral("/Corkwheel/panels.json");
@@ -65,15 +59,11 @@ private:
 
 private Q_SLOTS:
     void init() {
-        m_dataHome = new QTemporaryDir;
+        m_dataHome = std::make_unique<test::PrivateDataHome>();
         QVERIFY(m_dataHome->isValid());
-        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome->path()));
     }
 
-    void cleanup() {
-        delete m_dataHome;
-        m_dataHome = nullptr;
-    }
+    void cleanup() { m_dataHome.reset(); }
 
     void documentLivesInXdgDataHome() {
         QCOMPARE(PanelStore::defaultFileLocation(), documentPath());

@@ -1,3 +1,4 @@
+#include "DocumentFiles.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -13,18 +14,10 @@
 #include <unistd.h>
 
 using namespace corkwheel;
+using corkwheel::test::readFile;
+using corkwheel::test::writeFile;
 
 namespace {
-
-QByteArray readFile(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 // Panels of every type in turn.
 QList<Panel> somePanels(int count) {

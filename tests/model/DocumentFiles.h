@@ -1,0 +1,36 @@
+#pragma once
+
+// Shared by the store's tests: files read and written whole, and a data folder of the
+// test's own, where the store's default document lies.
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace corkwheel::test {
+
+inline QByteArray readFile(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline bool writeFile(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// XDG_DATA_HOME points into a folder of its own for as long as this lives.
+class PrivateDataHome {
+public:
+    PrivateDataHome() { qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder.path())); }
+
+    bool isValid() const { return m_folder.isValid(); }
+    QString path() const { return m_folder.path(); }
+    QString filePath(const QString& name) const { return m_folder.filePath(name); }
+
+private:
+    QTemporaryDir m_folder;
+};
+
+} // namespace corkwheel::test
