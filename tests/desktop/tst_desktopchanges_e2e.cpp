@@ -6,13 +6,10 @@
 #include "PanelFixtures.h"
 #include "PrivateXServer.h"
 #include "XDisplayTools.h"
-
-#include "platform/XcbReply.h"
+#include "XWindowImage.h"
 
 #include <QColor>
 #include <QTest>
-
-#include <xcb/xcb.h>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -23,22 +20,10 @@ namespace {
 // hold it: the dark backdrop, or nothing for the compositor to blend. Invalid when the
 // window is gone or has no alpha channel.
 QColor pixelBelowText(WId window) {
-    const XcbClient connection(xcb_connect(nullptr, nullptr));
-    xcb_connection_t* raw = connection.get();
-    const auto id = static_cast<xcb_window_t>(window);
-    const XcbReply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(raw, xcb_get_geometry(raw, id), nullptr));
-    if (!geometry || geometry->depth != 32)
+    const QImage image = windowImage(window);
+    if (image.format() != QImage::Format_ARGB32)
         return {};
-    const XcbReply<xcb_get_image_reply_t> image(xcb_get_image_reply(
-        raw,
-        xcb_get_image(raw, XCB_IMAGE_FORMAT_Z_PIXMAP, id, static_cast<int16_t>(geometry->width / 2),
-                      static_cast<int16_t>(geometry->height - 4), 1, 1, ~0U),
-        nullptr));
-    if (!image || xcb_get_image_data_length(image.get()) < 4)
-        return {};
-    const uint8_t* bgra = xcb_get_image_data(image.get());
-    return QColor(bgra[2], bgra[1], bgra[0], bgra[3]);
+    return image.pixelColor(image.width() / 2, image.height() - 4);
 }
 
 bool isDarkBackdrop(const QColor& color) {

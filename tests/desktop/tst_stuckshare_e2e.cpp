@@ -5,14 +5,12 @@
 #include "PanelFixtures.h"
 #include "PrivateXServer.h"
 #include "XDisplayTools.h"
-
-#include "platform/XcbReply.h"
+#include "XWindowImage.h"
 
 #include <QTest>
 
 #include <sys/mount.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -47,28 +45,6 @@ private:
     QString m_mountPoint;
     QProcess m_program;
 };
-
-// The window's own pixels, as the X server holds them; null when it is gone.
-QImage windowImage(WId window) {
-    const XcbClient connection(xcb_connect(nullptr, nullptr));
-    xcb_connection_t* raw = connection.get();
-    const auto id = static_cast<xcb_window_t>(window);
-    const XcbReply<xcb_get_geometry_reply_t> geometry(
-        xcb_get_geometry_reply(raw, xcb_get_geometry(raw, id), nullptr));
-    if (!geometry)
-        return {};
-    const XcbReply<xcb_get_image_reply_t> image(
-        xcb_get_image_reply(raw,
-                            xcb_get_image(raw, XCB_IMAGE_FORMAT_Z_PIXMAP, id, 0, 0, geometry->width,
-                                          geometry->height, ~0U),
-                            nullptr));
-    const int bytes = image ? xcb_get_image_data_length(image.get()) : 0;
-    if (bytes < geometry->width * geometry->height * 4)
-        return {};
-    return QImage(xcb_get_image_data(image.get()), geometry->width, geometry->height,
-                  QImage::Format_RGB32)
-        .copy();
-}
 
 // Whether the window shows something other than `before` within `timeoutMs`.
 bool changesFrom(WId window, const QImage& before, int timeoutMs) {
