@@ -7,6 +7,7 @@
 //                                save delay, prints "written" or "not written" and exits
 //   store_child change PATH OUT  adds a panel, waits past the save delay, writes the panels it
 //                                holds to OUT, prints "written" or "not written" and exits
+#include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -38,14 +39,6 @@ void limitMemory() {
 #endif
 }
 
-bool sameWithoutIds(QList<Panel> a, QList<Panel> b) {
-    for (Panel& panel : a)
-        panel.id = QUuid();
-    for (Panel& panel : b)
-        panel.id = QUuid();
-    return a == b;
-}
-
 int save(PanelStore& store) {
     QObject::connect(&store, &PanelStore::documentWritten, [] {
         say("written");
@@ -72,7 +65,7 @@ int reportAfterSaveDelay(PanelStore& store, const QString& panelsOut) {
 }
 
 int load(PanelStore& store) {
-    const bool starter = sameWithoutIds(store.panels(), PanelStore::starterPanels());
+    const bool starter = test::areStarterPanels(store.panels());
     say("panels " + QByteArray::number(store.panels().size()) + " starter " +
         QByteArray::number(starter ? 1 : 0));
     return reportAfterSaveDelay(store, QString());

@@ -1,4 +1,4 @@
-#include "DocumentFiles.h"
+#include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -17,20 +17,11 @@
 #include <memory>
 
 using namespace corkwheel;
+using corkwheel::test::areStarterPanels;
 using corkwheel::test::readFile;
 using corkwheel::test::writeFile;
 
 namespace {
-
-QList<Panel> withoutIds(QList<Panel> panels) {
-    for (Panel& panel : panels)
-        panel.id = QUuid();
-    return panels;
-}
-
-bool areStarterPanels(const QList<Panel>& panels) {
-    return withoutIds(panels) == withoutIds(PanelStore::starterPanels());
-}
 
 // One panel's document with `extra` (a key and its value) as the panel's first member.
 QByteArray documentWithExtraMember(const Panel& panel, const QByteArray& extra) {

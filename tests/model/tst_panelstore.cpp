@@ -1,4 +1,4 @@
-#include "DocumentFiles.h"
+#include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 
@@ -15,18 +15,10 @@
 
 using namespace corkwheel;
 using corkwheel::test::readFile;
+using corkwheel::test::withoutIds;
 using corkwheel::test::writeFile;
 
-namespace {
-
-// Drops the ids, which are random, so lists can be compared with the starter panels.
-QList<Panel> withoutIds(QList<Panel> panels) {
-    for (Panel& panel : panels)
-        panel.id = QUuid();
-    return panels;
-}
-
-} // namespace
+namespace {} // namespace
 
 class PanelStoreTest : public QObject {
     Q_OBJECT

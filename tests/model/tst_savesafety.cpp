@@ -1,4 +1,4 @@
-#include "DocumentFiles.h"
+#include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 

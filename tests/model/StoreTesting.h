@@ -1,10 +1,14 @@
 #pragma once
 
-// Shared by the store's tests: files read and written whole, and a data folder of the
-// test's own, where the store's default document lies.
+// Shared by the store's tests: files read and written whole, a data folder of the test's
+// own, where the store's default document lies, and panels compared without their ids.
+
+#include "model/Panel.h"
+#include "model/PanelStore.h"
 
 #include <QByteArray>
 #include <QFile>
+#include <QList>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -18,6 +22,17 @@ inline QByteArray readFile(const QString& path) {
 inline bool writeFile(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+// Drops the ids, which are random, so lists can be compared with the starter panels.
+inline QList<Panel> withoutIds(QList<Panel> panels) {
+    for (Panel& panel : panels)
+        panel.id = QUuid();
+    return panels;
+}
+
+inline bool areStarterPanels(const QList<Panel>& panels) {
+    return withoutIds(panels) == withoutIds(PanelStore::starterPanels());
 }
 
 // XDG_DATA_HOME points into a folder of its own for as long as this lives.
