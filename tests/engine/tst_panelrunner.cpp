@@ -17,7 +17,6 @@
 #include <QTcpSocket>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 #include <QTimeZone>
 
 #include <memory>
@@ -615,9 +614,6 @@ private Q_SLOTS:
     }
 
     void slowEarlierLocalImageDoesNotReplaceALaterOne() {
-        // The slow read holds a worker thread until released; the quick one needs another.
-        QThreadPool::globalInstance()->setMaxThreadCount(
-            std::max(2, QThreadPool::globalInstance()->maxThreadCount()));
         QTemporaryDir folder;
         SlowFile slow(folder.filePath(QStringLiteral("slow.png")), pngBytes(Qt::red));
         Panel panel = panelOf(PanelType::Image);
