@@ -7,12 +7,12 @@
 
 #include "BenchTimer.h"
 
-#include "desktop/DropShadow.h"
-#include "desktop/ShadowedLayer.h"
-#include "desktop/StatisticsBody.h"
-#include "desktop/StatsLayout.h"
-#include "desktop/TextBody.h"
 #include "model/Panel.h"
+#include "render/DropShadow.h"
+#include "render/ShadowedLayer.h"
+#include "render/StatisticsBody.h"
+#include "render/StatsLayout.h"
+#include "render/TextBody.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -53,7 +53,7 @@ endfunction()
 function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE Qt6::Test corkwheel_options ${ARG_LIBS})
+    target_link_libraries(${name} PRIVATE corkwheel_testsupport corkwheel_options ${ARG_LIBS})
     target_compile_definitions(${name} PRIVATE
         CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
 endfunction()

@@ -1,12 +1,12 @@
 #include "app/AppDelegate.h"
 
-#include "app/AppSettings.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "editor/EditorWindow.h"
-#include "editor/MenuBarItem.h"
-#include "editor/MenuBarView.h"
 #include "editor/TaskbarDockPolicy.h"
 #include "platform/DesktopPlatform.h"
+#include "settings/AppSettings.h"
+#include "tray/MenuBarItem.h"
+#include "tray/MenuBarView.h"
 
 #include <QCoreApplication>
 

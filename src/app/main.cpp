@@ -1,8 +1,8 @@
 #include "app/AppDelegate.h"
-#include "app/AppSettings.h"
 #include "app/DisplaySession.h"
 #include "app/SingleInstance.h"
 #include "app/TerminationSignals.h"
+#include "settings/AppSettings.h"
 
 #include <QApplication>
 #include <QTimer>

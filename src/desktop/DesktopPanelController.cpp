@@ -2,11 +2,11 @@
 
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
-#include "desktop/PanelContentView.h"
 #include "desktop/PanelGeometry.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
+#include "render/PanelContentView.h"
 
 namespace corkwheel {
 

@@ -1,10 +1,10 @@
 #include "desktop/DesktopPanelHostView.h"
 
-#include "desktop/PanelContentView.h"
 #include "desktop/PanelOutline.h"
 #include "desktop/PanelResizeHandle.h"
 #include "desktop/PanelTitleBar.h"
 #include "engine/PanelRunner.h"
+#include "render/PanelContentView.h"
 
 namespace corkwheel {
 

@@ -1,7 +1,7 @@
 #include "desktop/PanelOutline.h"
 
-#include "desktop/PanelShapes.h"
-#include "desktop/Theme.h"
+#include "render/PanelShapes.h"
+#include "render/Theme.h"
 
 #include <QPainter>
 

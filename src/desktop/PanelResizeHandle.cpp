@@ -1,7 +1,7 @@
 #include "desktop/PanelResizeHandle.h"
 
-#include "desktop/Symbols.h"
-#include "desktop/Theme.h"
+#include "render/Symbols.h"
+#include "render/Theme.h"
 
 #include <QPainter>
 

@@ -1,9 +1,9 @@
 #include "desktop/PanelTitleBar.h"
 
-#include "desktop/GlassBackground.h"
-#include "desktop/PanelFonts.h"
-#include "desktop/PanelShapes.h"
-#include "desktop/Symbols.h"
+#include "render/GlassBackground.h"
+#include "render/PanelFonts.h"
+#include "render/PanelShapes.h"
+#include "render/Symbols.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #include "editor/AddPanelButton.h"
 
-#include "desktop/Symbols.h"
 #include "model/PanelStore.h"
 #include "model/PanelType.h"
+#include "render/Symbols.h"
 
 #include <QMenu>
 

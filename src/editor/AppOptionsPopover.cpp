@@ -1,8 +1,8 @@
 #include "editor/AppOptionsPopover.h"
 
-#include "app/AppSettings.h"
-#include "app/StartAtLogin.h"
 #include "editor/SecondaryText.h"
+#include "settings/AppSettings.h"
+#include "settings/StartAtLogin.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>

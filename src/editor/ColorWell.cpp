@@ -1,6 +1,6 @@
 #include "editor/ColorWell.h"
 
-#include "desktop/PanelColors.h"
+#include "render/PanelColors.h"
 
 #include <QColorDialog>
 #include <QPainter>

@@ -1,9 +1,9 @@
 #include "editor/EditorWindow.h"
 
-#include "desktop/Symbols.h"
 #include "editor/AppOptionsPopover.h"
 #include "editor/EditorView.h"
 #include "model/PanelStore.h"
+#include "render/Symbols.h"
 
 #include <QAction>
 #include <QEvent>

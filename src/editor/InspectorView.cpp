@@ -1,6 +1,5 @@
 #include "editor/InspectorView.h"
 
-#include "desktop/PanelContentView.h"
 #include "editor/ColorWell.h"
 #include "editor/FontChoices.h"
 #include "editor/FormSection.h"
@@ -11,6 +10,7 @@
 #include "editor/StepperLabel.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
+#include "render/PanelContentView.h"
 
 #include <QApplication>
 #include <QCheckBox>

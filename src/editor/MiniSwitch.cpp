@@ -1,6 +1,6 @@
 #include "editor/MiniSwitch.h"
 
-#include "desktop/Theme.h"
+#include "render/Theme.h"
 
 #include <QPainter>
 

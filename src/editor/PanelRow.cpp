@@ -1,11 +1,11 @@
 #include "editor/PanelRow.h"
 
-#include "desktop/PanelFonts.h"
 #include "editor/ElidedLabel.h"
 #include "editor/MiniSwitch.h"
 #include "editor/SecondaryText.h"
 #include "editor/SymbolBox.h"
 #include "model/PanelStore.h"
+#include "render/PanelFonts.h"
 
 #include <QEvent>
 #include <QHBoxLayout>

@@ -1,6 +1,6 @@
 #include "editor/PreviewStage.h"
 
-#include "desktop/PanelContentView.h"
+#include "render/PanelContentView.h"
 
 #include <QLinearGradient>
 #include <QPainter>

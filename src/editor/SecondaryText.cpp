@@ -1,6 +1,6 @@
 #include "editor/SecondaryText.h"
 
-#include "desktop/PanelFonts.h"
+#include "render/PanelFonts.h"
 
 #include <QLabel>
 #include <QPalette>

@@ -1,10 +1,10 @@
 #include "editor/SidebarView.h"
 
-#include "desktop/PanelFonts.h"
 #include "editor/AddPanelButton.h"
 #include "editor/PanelRow.h"
 #include "editor/SecondaryText.h"
 #include "model/PanelStore.h"
+#include "render/PanelFonts.h"
 
 #include <QKeyEvent>
 #include <QLabel>

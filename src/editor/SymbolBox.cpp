@@ -1,6 +1,6 @@
 #include "editor/SymbolBox.h"
 
-#include "desktop/Symbols.h"
+#include "render/Symbols.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/DockPolicy.h"
+#include "settings/DockPolicy.h"
 
 #include <QPointer>
 #include <QWidget>

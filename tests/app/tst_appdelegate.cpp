@@ -2,11 +2,11 @@
 // Corkwheel running.
 
 #include "app/AppDelegate.h"
-#include "app/AppSettings.h"
 #include "editor/EditorWindow.h"
-#include "editor/MenuBarItem.h"
-#include "editor/MenuBarView.h"
 #include "editor/TaskbarDockPolicy.h"
+#include "settings/AppSettings.h"
+#include "tray/MenuBarItem.h"
+#include "tray/MenuBarView.h"
 
 #include <QAction>
 #include <QMenu>

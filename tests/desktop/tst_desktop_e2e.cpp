@@ -6,10 +6,10 @@
 // resize panels directly. Everything is checked from outside, the way a user sees it: the
 // screen's pixels, what the pointer is over, and what the window manager reports.
 
-#include "EditorOnDisplay.h"
-#include "PanelFixtures.h"
-#include "ScreenPanels.h"
-#include "XDisplayTools.h"
+#include "support/EditorOnDisplay.h"
+#include "support/PanelFixtures.h"
+#include "support/ScreenPanels.h"
+#include "support/XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelWindow.h"

@@ -3,10 +3,10 @@
 // any order or the user restarts it, and the main screen moves, as when a monitor is
 // plugged in beside it.
 
-#include "PanelFixtures.h"
-#include "PrivateXServer.h"
-#include "XDisplayTools.h"
-#include "XWindowImage.h"
+#include "support/PanelFixtures.h"
+#include "support/PrivateXServer.h"
+#include "support/XDisplayTools.h"
+#include "support/XWindowImage.h"
 
 #include <QColor>
 #include <QTest>

@@ -1,8 +1,8 @@
 // One panel's desktop window: where it goes, how it switches between pinned and editable,
 // and what move and resize drags write back to the store.
 
-#include "PanelFixtures.h"
-#include "RecordingDesktopPlatform.h"
+#include "support/PanelFixtures.h"
+#include "support/RecordingDesktopPlatform.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"

@@ -1,11 +1,11 @@
-#include "ViewTesting.h"
+#include "support/ViewTesting.h"
 
 #include "desktop/DesktopPanelHostView.h"
-#include "desktop/PanelContentView.h"
 #include "desktop/PanelResizeHandle.h"
 #include "desktop/PanelTitleBar.h"
-#include "desktop/Theme.h"
 #include "engine/PanelRunner.h"
+#include "render/PanelContentView.h"
+#include "render/Theme.h"
 
 #include <QApplication>
 #include <QMouseEvent>

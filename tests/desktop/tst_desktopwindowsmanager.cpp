@@ -1,8 +1,8 @@
 // The set of desktop windows follows the store: one controller per panel, disabled panels
 // kept but ordered out, every change reconciled at once.
 
-#include "PanelFixtures.h"
-#include "RecordingDesktopPlatform.h"
+#include "support/PanelFixtures.h"
+#include "support/RecordingDesktopPlatform.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"

@@ -1,6 +1,6 @@
 // Where panel windows go and the frames that move and resize drags make.
 
-#include "PanelFixtures.h"
+#include "support/PanelFixtures.h"
 
 #include "desktop/PanelGeometry.h"
 

@@ -2,10 +2,10 @@
 // answering: asking for its capacity or opening a file on it never returns. Nothing the user
 // sees may freeze, and quitting still takes the panels away.
 
-#include "PanelFixtures.h"
-#include "PrivateXServer.h"
-#include "XDisplayTools.h"
-#include "XWindowImage.h"
+#include "support/PanelFixtures.h"
+#include "support/PrivateXServer.h"
+#include "support/XDisplayTools.h"
+#include "support/XWindowImage.h"
 
 #include <QTest>
 

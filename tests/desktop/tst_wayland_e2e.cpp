@@ -5,9 +5,9 @@
 // the way a user sees it: the output's pixels, taken with grim, and the pointer, moved with
 // swaymsg.
 
-#include "CorkwheelProcess.h"
-#include "PanelFixtures.h"
-#include "ScreenPanels.h"
+#include "support/CorkwheelProcess.h"
+#include "support/PanelFixtures.h"
+#include "support/ScreenPanels.h"
 
 #include "desktop/DesktopWindowsManager.h"
 

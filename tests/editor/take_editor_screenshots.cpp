@@ -4,11 +4,11 @@
 //
 //   take_editor_screenshots <output folder> <image file> <web page file>
 
-#include "app/AppSettings.h"
 #include "editor/EditorView.h"
 #include "editor/EditorWindow.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
+#include "settings/AppSettings.h"
 
 #include <QApplication>
 #include <QDir>

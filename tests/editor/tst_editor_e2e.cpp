@@ -2,13 +2,13 @@
 // compositor (scripts/test.sh starts Xvfb, openbox and picom), driven with xdotool as a
 // user drives it.
 
-#include "EditorOnDisplay.h"
+#include "support/EditorOnDisplay.h"
 
-#include "app/AppSettings.h"
 #include "editor/InspectorView.h"
 #include "editor/TaskbarDockPolicy.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
+#include "settings/AppSettings.h"
 
 #include <QApplication>
 #include <QLineEdit>

@@ -1,13 +1,10 @@
 // The editor window as a user meets it: which panel it shows, the placard, the toolbar's
 // switches and the app options, on the offscreen platform.
 
-#include "PanelFixtures.h"
-#include "RecordingDesktopPlatform.h"
-#include "SymbolTesting.h"
+#include "support/PanelFixtures.h"
+#include "support/RecordingDesktopPlatform.h"
+#include "support/SymbolTesting.h"
 
-#include "app/AppSettings.h"
-#include "app/StartAtLogin.h"
-#include "desktop/Symbols.h"
 #include "editor/AppOptionsPopover.h"
 #include "editor/EditorView.h"
 #include "editor/EditorWindow.h"
@@ -15,6 +12,9 @@
 #include "editor/InspectorView.h"
 #include "editor/SidebarView.h"
 #include "editor/TaskbarDockPolicy.h"
+#include "render/Symbols.h"
+#include "settings/AppSettings.h"
+#include "settings/StartAtLogin.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,10 +1,9 @@
 // The inspector: a form over one stored panel, driven as a user drives it, with the preview
 // that its own runner feeds.
 
-#include "PanelFixtures.h"
-#include "ViewTesting.h"
+#include "support/PanelFixtures.h"
+#include "support/ViewTesting.h"
 
-#include "desktop/PanelContentView.h"
 #include "editor/ColorWell.h"
 #include "editor/FontChoices.h"
 #include "editor/FormSection.h"
@@ -14,6 +13,7 @@
 #include "editor/PreviewStage.h"
 #include "editor/StepperLabel.h"
 #include "engine/PanelRunner.h"
+#include "render/PanelContentView.h"
 
 #include <QCheckBox>
 #include <QCollator>

@@ -1,7 +1,6 @@
-#include "PanelFixtures.h"
-#include "ViewTesting.h"
+#include "support/PanelFixtures.h"
+#include "support/ViewTesting.h"
 
-#include "desktop/Theme.h"
 #include "editor/ElidedLabel.h"
 #include "editor/MiniSwitch.h"
 #include "editor/PanelRow.h"
@@ -9,6 +8,7 @@
 #include "editor/SymbolBox.h"
 #include "model/PanelStore.h"
 #include "model/PanelType.h"
+#include "render/Theme.h"
 
 #include <QAction>
 #include <QApplication>

@@ -1,5 +1,5 @@
-#include "FixtureFile.h"
 #include "engine/CpuTicks.h"
+#include "support/FixtureFile.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
-#include "DiskReadings.h"
-#include "FakeSystemSource.h"
-#include "FixtureFile.h"
-#include "MockClock.h"
 #include "engine/DiskSampler.h"
+#include "support/DiskReadings.h"
+#include "support/FakeSystemSource.h"
+#include "support/FixtureFile.h"
+#include "support/MockClock.h"
 
 #include <QElapsedTimer>
 #include <QTest>

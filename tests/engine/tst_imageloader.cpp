@@ -1,9 +1,9 @@
 #include "engine/ImageDecoder.h"
 #include "engine/ImageLoader.h"
 
-#include "HostileHttpServer.h"
-#include "HostileImages.h"
-#include "PeakMemory.h"
+#include "support/HostileHttpServer.h"
+#include "support/HostileImages.h"
+#include "support/PeakMemory.h"
 
 #include <QBuffer>
 #include <QCoreApplication>

@@ -1,5 +1,5 @@
-#include "FixtureFile.h"
 #include "engine/MemoryReading.h"
+#include "support/FixtureFile.h"
 
 #include <QTest>
 

@@ -1,10 +1,10 @@
-#include "FakeSystemSource.h"
-#include "FixtureFile.h"
 #include "engine/BlockDevice.h"
 #include "engine/DiskLabels.h"
 #include "engine/DiskList.h"
 #include "engine/MountEntry.h"
 #include "engine/UserVisibleMounts.h"
+#include "support/FakeSystemSource.h"
+#include "support/FixtureFile.h"
 
 #include <QTest>
 

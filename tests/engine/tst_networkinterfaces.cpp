@@ -1,9 +1,9 @@
-#include "FakeNetworkSource.h"
-#include "FixtureFile.h"
 #include "engine/InterfaceAddress.h"
 #include "engine/InterfaceCounters.h"
 #include "engine/InterfaceDisplayInfo.h"
 #include "engine/RouteTable.h"
+#include "support/FakeNetworkSource.h"
+#include "support/FixtureFile.h"
 
 #include <QTest>
 

@@ -1,7 +1,7 @@
-#include "FakeNetworkSource.h"
-#include "FixtureFile.h"
-#include "MockClock.h"
 #include "engine/NetworkStatsSampler.h"
+#include "support/FakeNetworkSource.h"
+#include "support/FixtureFile.h"
+#include "support/MockClock.h"
 
 #include <QTest>
 

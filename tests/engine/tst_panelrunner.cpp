@@ -1,7 +1,7 @@
-#include "FakeMachine.h"
-#include "HostileImages.h"
-#include "RecordingWebPage.h"
-#include "SlowFile.h"
+#include "support/FakeMachine.h"
+#include "support/HostileImages.h"
+#include "support/RecordingWebPage.h"
+#include "support/SlowFile.h"
 
 #include "engine/NetworkStatsSampler.h"
 #include "engine/PanelRunner.h"

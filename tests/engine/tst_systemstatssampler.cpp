@@ -1,9 +1,9 @@
-#include "DiskReadings.h"
-#include "FakeSystemSource.h"
-#include "FixtureFile.h"
-#include "MockClock.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
+#include "support/DiskReadings.h"
+#include "support/FakeSystemSource.h"
+#include "support/FixtureFile.h"
+#include "support/MockClock.h"
 
 #include <QTest>
 

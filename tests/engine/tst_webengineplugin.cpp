@@ -1,7 +1,7 @@
 // The web engine plugin, loaded the way Corkwheel loads it, with a real QWebEnginePage.
 
-#include "PageServer.h"
-#include "WebEngineTestMain.h"
+#include "support/PageServer.h"
+#include "support/WebEngineTestMain.h"
 
 #include "engine/WebEngineBackend.h"
 #include "engine/WebEngineLoader.h"

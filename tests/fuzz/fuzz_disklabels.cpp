@@ -1,6 +1,6 @@
-#include "FakeSystemSource.h"
 #include "FuzzInput.h"
 #include "engine/DiskLabels.h"
+#include "support/FakeSystemSource.h"
 
 using namespace corkwheel;
 

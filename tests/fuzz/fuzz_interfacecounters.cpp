@@ -1,6 +1,6 @@
-#include "FakeNetworkSource.h"
 #include "FuzzInput.h"
 #include "engine/InterfaceCounters.h"
+#include "support/FakeNetworkSource.h"
 
 using namespace corkwheel;
 

@@ -1,8 +1,8 @@
-#include "FakeSystemSource.h"
 #include "FuzzInput.h"
 #include "engine/MountEntry.h"
 #include "engine/MountedVolumes.h"
 #include "engine/UserVisibleMounts.h"
+#include "support/FakeSystemSource.h"
 
 using namespace corkwheel;
 

@@ -2,7 +2,7 @@
 // test takes and gives up the compositor's selection itself, as a compositor starting and
 // quitting would.
 
-#include "PrivateXServer.h"
+#include "support/PrivateXServer.h"
 
 #include "platform/X11CompositorWatch.h"
 #include "platform/XcbReply.h"

@@ -1,0 +1,97 @@
+#include "render/StatsLayout.h"
+
+#include "render/NetworkGraphView.h"
+#include "render/PanelFonts.h"
+
+#include <QFontMetricsF>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace corkwheel {
+
+namespace {
+
+// Places that can hold a disk row: what remains of the height after the padding, the CPU
+// and memory rows, the graph and their two gaps, in steps of a row and its gap.
+qint64 diskPlaces(double totalHeight, double rowHeight, double networkHeight) {
+    const double places = std::floor((totalHeight - 2 * StatsLayout::kPadding - 2 * rowHeight -
+                                      networkHeight - 2 * StatsLayout::kSpacing) /
+                                     (rowHeight + StatsLayout::kSpacing));
+    // Widget geometry is always finite and small; anything else is a programming error.
+    if (!std::isfinite(places) || places < -0x1p63 || places >= 0x1p63)
+        std::abort();
+    return static_cast<qint64>(places);
+}
+
+// Puts an item of `height` at `top` in `rect`; gives the top of the next item.
+double place(double top, double width, double height, QRectF& rect) {
+    rect = QRectF(StatsLayout::kPadding, top, width, height);
+    return top + height + StatsLayout::kSpacing;
+}
+
+} // namespace
+
+DiskFit StatsLayout::fittingDisks(const QList<DiskInfo>& disks, double totalHeight,
+                                  double measuredRowHeight, double measuredNetworkHeight) {
+    const double rowHeight = measuredRowHeight > 0 ? measuredRowHeight : kDefaultRowHeight;
+    const double networkHeight =
+        measuredNetworkHeight > 0 ? measuredNetworkHeight : kDefaultNetworkHeight;
+    const qint64 places = diskPlaces(totalHeight, rowHeight, networkHeight);
+    const qint64 count = disks.size();
+    if (std::max<qint64>(places, 0) >= count)
+        return {disks, 0};
+    const qint64 shown = std::max<qint64>(places - 1, 0);
+    return {disks.first(shown), count - shown};
+}
+
+QString StatsLayout::summaryText(qint64 hidden) {
+    return u'+' + QString::number(hidden) + QStringLiteral(" more disk") +
+           (hidden == 1 ? QString() : QStringLiteral("s"));
+}
+
+double StatsLayout::fontSize(double styleFontSize) {
+    return std::max(styleFontSize - 2, kMinimumFontSize);
+}
+
+PanelFonts::ScaledFont StatsLayout::statsFont(const PanelStyle& style) {
+    return PanelFonts::scaledStyleFont(style.fontName, fontSize(style.fontSize));
+}
+
+StatsLayout StatsLayout::build(const SystemStatsSample& sample, const PanelStyle& style,
+                               const QSizeF& size, double measuredRowHeight,
+                               double measuredNetworkHeight) {
+    StatsLayout layout;
+    const PanelFonts::ScaledFont font = statsFont(style);
+    layout.font = font.font;
+    layout.fontScale = font.scale;
+    const double width = std::max(0.0, size.width() - 2 * kPadding);
+    layout.rowHeight = StatRow::height(layout.font) * layout.fontScale;
+    layout.networkHeight = NetworkGraphView::height(layout.font) * layout.fontScale;
+    layout.fit =
+        fittingDisks(sample.disks, size.height(), measuredRowHeight, measuredNetworkHeight);
+
+    QList<StatRow> rows{StatRow::cpu(sample.cpuUsage), StatRow::memory(sample)};
+    for (const DiskInfo& disk : layout.fit.visible)
+        rows.append(StatRow::disk(disk));
+    double top = kPadding;
+    for (const StatRow& row : rows) {
+        Row placed{row, {}};
+        top = place(top, width, layout.rowHeight, placed.rect);
+        layout.rows.append(placed);
+    }
+    if (layout.fit.hidden > 0) {
+        layout.summary = summaryText(layout.fit.hidden);
+        layout.summaryFont = PanelFonts::smallCaption();
+        // Only the text itself shows the help, as wide as it is.
+        const QFontMetricsF metrics(layout.summaryFont);
+        top = place(top, std::min(width, metrics.horizontalAdvance(layout.summary)),
+                    std::ceil(metrics.height()), layout.summaryRect);
+    }
+    place(top, width, layout.networkHeight, layout.graphRect);
+    return layout;
+}
+
+} // namespace corkwheel

@@ -1,0 +1,12 @@
+#include "render/Theme.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace corkwheel::Theme {
+
+QColor accent() {
+    return QGuiApplication::palette().color(QPalette::Highlight);
+}
+
+} // namespace corkwheel::Theme

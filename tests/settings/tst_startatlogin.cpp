@@ -1,0 +1,96 @@
+// The autostart entry behind "Start at login": where it goes, what it says, and that the
+// file alone tells whether the option is on.
+
+#include "settings/StartAtLogin.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace corkwheel;
+
+namespace {
+
+QByteArray execLine(const QString& executable) {
+    for (const QByteArray& line : StartAtLogin::entryText(executable).split('\n')) {
+        if (line.startsWith("Exec="))
+            return line.mid(5);
+    }
+    return {};
+}
+
+} // namespace
+
+class StartAtLoginTest : public QObject {
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_configHome;
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY(m_configHome.isValid());
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
+    }
+
+    void cleanup() { QFile::remove(StartAtLogin::entryPath()); }
+
+    void entryLivesInTheXdgAutostartFolder() {
+        QCOMPARE(StartAtLogin::entryPath(),
+                 m_configHome.path() + QStringLiteral("/autostart/corkwheel.desktop"));
+    }
+
+    void enablingWritesAnEntryThatStartsCorkwheel() {
+        QVERIFY(!StartAtLogin::isEnabled());
+        QVERIFY(StartAtLogin::setEnabled(true, QStringLiteral("/usr/bin/corkwheel")));
+        QVERIFY(StartAtLogin::isEnabled());
+        QFile entry(StartAtLogin::entryPath());
+        QVERIFY(entry.open(QIODevice::ReadOnly));
+        const QByteArray text = entry.readAll();
+        QVERIFY(text.startsWith("[Desktop Entry]\n"));
+        QVERIFY(text.contains("\nType=Application\n"));
+        QVERIFY(text.contains("\nName=Corkwheel\n"));
+        QVERIFY(text.contains("\nExec=/usr/bin/corkwheel\n"));
+    }
+
+    void disablingRemovesTheEntry() {
+        QVERIFY(StartAtLogin::setEnabled(true, QStringLiteral("/usr/bin/corkwheel")));
+        QVERIFY(StartAtLogin::setEnabled(false, QStringLiteral("/usr/bin/corkwheel")));
+        QVERIFY(!QFile::exists(StartAtLogin::entryPath()));
+        QVERIFY(!StartAtLogin::isEnabled());
+        // Already off stays off without complaint.
+        QVERIFY(StartAtLogin::setEnabled(false, QStringLiteral("/usr/bin/corkwheel")));
+    }
+
+    void removingTheEntryByHandTurnsTheOptionOff() {
+        QVERIFY(StartAtLogin::setEnabled(true, QStringLiteral("/usr/bin/corkwheel")));
+        QVERIFY(QFile::remove(StartAtLogin::entryPath()));
+        QVERIFY(!StartAtLogin::isEnabled());
+    }
+
+    void executableWithSpacesOrSpecialCharactersIsQuoted() {
+        QCOMPARE(execLine(QStringLiteral("/opt/my apps/corkwheel")),
+                 QByteArray("\"/opt/my apps/corkwheel\""));
+        QCOMPARE(execLine(QStringLiteral("/home/a$b/corkwheel")),
+                 QByteArray("\"/home/a\\\\$b/corkwheel\""));
+    }
+
+    void entryPassesTheDesktopEntryValidator() {
+        const QString validator =
+            QStandardPaths::findExecutable(QStringLiteral("desktop-file-validate"));
+        if (validator.isEmpty())
+            QSKIP("desktop-file-validate is missing: scripts/test.sh installs it");
+        QVERIFY(StartAtLogin::setEnabled(true, QStringLiteral("/opt/my apps/corkwheel")));
+        QProcess validate;
+        validate.start(validator, {StartAtLogin::entryPath()});
+        QVERIFY(validate.waitForFinished());
+        const QByteArray output =
+            validate.readAllStandardOutput() + validate.readAllStandardError();
+        QVERIFY2(validate.exitCode() == 0 && !output.contains("error"), output.constData());
+    }
+};
+
+QTEST_GUILESS_MAIN(StartAtLoginTest)
+#include "tst_startatlogin.moc"
