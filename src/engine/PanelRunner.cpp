@@ -6,6 +6,7 @@
 #include "engine/NetworkStatsSampler.h"
 #include "engine/ShellCommand.h"
 #include "engine/SystemStatsSampler.h"
+#include "engine/TerminalText.h"
 #include "engine/TextFileReader.h"
 #include "engine/WebAddress.h"
 #include "engine/WebPage.h"
@@ -147,8 +148,16 @@ void PanelRunner::refreshNow() {
 }
 
 void PanelRunner::setTextOutput(const QString& text) {
-    m_textOutput = text;
-    Q_EMIT textOutputChanged(text);
+    setTextOutput(StyledText{text, {}});
+}
+
+void PanelRunner::setTextOutput(StyledText text) {
+    m_textOutput = std::move(text);
+    Q_EMIT textOutputChanged(m_textOutput.text);
+}
+
+void PanelRunner::setTerminalOutput(const QString& output) {
+    setTextOutput(TerminalText::parse(output));
 }
 
 void PanelRunner::setImage(const QImage& image) {
@@ -176,7 +185,7 @@ void PanelRunner::runShell(const QString& command) {
     connect(run, &ShellCommand::finished, this, [this, run](const QString& text) {
         run->deleteLater();
         setRunning(false);
-        setTextOutput(text);
+        setTerminalOutput(text);
     });
     run->start();
 }
@@ -188,7 +197,7 @@ void PanelRunner::readFile(const QString& path) {
     }
     if (!m_fileReader) {
         m_fileReader = new TextFileReader(this);
-        connect(m_fileReader, &TextFileReader::textRead, this, &PanelRunner::setTextOutput);
+        connect(m_fileReader, &TextFileReader::textRead, this, &PanelRunner::setTerminalOutput);
     }
     m_fileReader->read(path);
 }

@@ -2,6 +2,7 @@
 
 #include "engine/NetworkSample.h"
 #include "engine/RunnerServices.h"
+#include "engine/StyledText.h"
 #include "engine/SystemStatsSample.h"
 #include "model/Panel.h"
 
@@ -30,7 +31,10 @@ public:
     QUuid id() const { return m_id; }
     const Panel& panel() const { return m_panel; }
 
-    QString textOutput() const { return m_textOutput; }
+    // The text a shell, file, text or clock panel shows, without the colours.
+    QString textOutput() const { return m_textOutput.text; }
+    // The same text with the colours and attributes of a shell or file panel's output.
+    const StyledText& styledTextOutput() const { return m_textOutput; }
     QImage image() const { return m_image; }
     SystemStatsSample stats() const { return m_stats; }
     // Oldest first, at most kMaxHistory samples.
@@ -79,6 +83,9 @@ Q_SIGNALS:
 
 private:
     void setTextOutput(const QString& text);
+    void setTextOutput(StyledText text);
+    // Output of a program or file, whose escape sequences are interpreted as a terminal would.
+    void setTerminalOutput(const QString& output);
     void setImage(const QImage& image);
     void setRunning(bool running);
     void runShell(const QString& command);
@@ -90,7 +97,7 @@ private:
     QUuid m_id;
     Panel m_panel;
     RunnerServices m_services;
-    QString m_textOutput;
+    StyledText m_textOutput;
     QImage m_image;
     SystemStatsSample m_stats;
     QList<NetworkSample> m_networkHistory;

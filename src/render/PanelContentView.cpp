@@ -56,7 +56,7 @@ PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
 void PanelContentView::setPanel(const Panel& panel) {
     const bool same = looksTheSame(m_panel, panel);
     m_panel = panel;
-    m_requestedText = displayedText();
+    m_requestedText = displayedStyledText();
     syncWebView();
     if (same)
         return;
@@ -69,10 +69,10 @@ void PanelContentView::setPanel(const Panel& panel) {
 // Most refreshes of a shell or file panel bring the text it already shows, and each run
 // of a command flips the running state twice; neither needs the panel drawn again.
 void PanelContentView::redrawIfTextChanged() {
-    const QString text = displayedText();
+    StyledText text = displayedStyledText();
     if (text == m_requestedText)
         return;
-    m_requestedText = text;
+    m_requestedText = std::move(text);
     bodyChanged();
 }
 
@@ -120,6 +120,13 @@ const Panel& PanelContentView::panel() const {
 
 QString PanelContentView::displayedText() const {
     return TextBody::displayedText(m_panel.type, m_runner.textOutput(), m_runner.isRunning());
+}
+
+StyledText PanelContentView::displayedStyledText() const {
+    const StyledText& output = m_runner.styledTextOutput();
+    if (output.text.isEmpty())
+        return StyledText{displayedText(), {}};
+    return output;
 }
 
 StatsLayout PanelContentView::statsLayout() const {
@@ -244,7 +251,8 @@ void PanelContentView::paintShadowedBody(QPainter& painter) {
 void PanelContentView::drawBody(QPainter& painter) {
     const QRectF bounds(rect());
     if (m_panel.type != PanelType::SystemStats) {
-        TextBody::paint(painter, bounds, displayedText(), m_panel.style);
+        const StyledText text = displayedStyledText();
+        TextBody::paint(painter, bounds, text.text, m_panel.style, text.runs);
         return;
     }
     const StatsLayout layout = statsLayout();

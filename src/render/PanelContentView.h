@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/StyledText.h"
 #include "model/Panel.h"
 #include "render/ImageBody.h"
 #include "render/ShadowedLayer.h"
@@ -30,6 +31,8 @@ public:
 
     // What a text-type panel shows right now, placeholder included.
     QString displayedText() const;
+    // The same with the colours of a shell or file panel's output.
+    StyledText displayedStyledText() const;
     // The statistics as they are laid out at the present size with the present
     // measurements.
     StatsLayout statsLayout() const;
@@ -72,8 +75,9 @@ private:
     QRegion redrawBody(double ratio);
 
     PanelRunner& m_runner;
-    // The text last asked to be drawn: a refresh that brings the same text costs no redraw.
-    QString m_requestedText;
+    // The text last asked to be drawn: a refresh that brings the same text in the same
+    // colours costs no redraw.
+    StyledText m_requestedText;
     Panel m_panel;
     double m_measuredRowHeight = 0;
     double m_measuredNetworkHeight = 0;

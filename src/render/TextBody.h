@@ -1,5 +1,6 @@
 #pragma once
 
+#include "engine/StyledText.h"
 #include "model/PanelStyle.h"
 #include "model/PanelType.h"
 
@@ -25,9 +26,18 @@ double padding(const PanelStyle& style);
 // laying out only this part keeps every redraw as cheap as for a short text.
 QString visiblePart(const QString& text, const QFont& font, const QSizeF& size);
 
+// Where in `text` each line of `visiblePart` comes from: its start and length.
+struct TextSlice {
+    qsizetype start = 0;
+    qsizetype length = 0;
+};
+QList<TextSlice> visibleSlices(const QString& text, const QFont& font, const QSizeF& size);
+
 // Draws `text` into the panel `rect`: in the style's font, colour and alignment, wrapped to
 // the width, inside the padding. Lines that don't fit are left out, and the last line shown
-// ends in "…" when some are. The shadow is the caller's to add.
-void paint(QPainter& painter, const QRectF& rect, const QString& text, const PanelStyle& style);
+// ends in "…" when some are. `runs` colour parts of the text, as a terminal would. The
+// shadow is the caller's to add.
+void paint(QPainter& painter, const QRectF& rect, const QString& text, const PanelStyle& style,
+           const QList<StyledRun>& runs = {});
 
 } // namespace corkwheel::TextBody
