@@ -267,18 +267,32 @@ private:
         }
     }
 
-    // Leading and trailing white space goes, as from plain output.
+    // Leading and trailing white space goes, as from plain output, but for spaces that
+    // show: on a background, reversed, underlined or struck through.
     void trim() {
         const QString& text = m_out.text;
         qsizetype end = text.size();
         while (end > 0 && text[end - 1].isSpace())
             --end;
-        cut(end);
         qsizetype lead = 0;
-        while (lead < text.size() && text[lead].isSpace())
+        while (lead < end && text[lead].isSpace())
             ++lead;
-        if (lead == 0)
-            return;
+        for (const StyledRun& run : std::as_const(m_out.runs)) {
+            if (showsOnSpace(run.style)) {
+                lead = std::min(lead, run.start);
+                end = std::max(end, run.start + run.length);
+            }
+        }
+        cut(end);
+        if (lead > 0)
+            dropLeading(lead);
+    }
+
+    static bool showsOnSpace(const TextStyle& style) {
+        return !style.background.isDefault() || style.reverse || style.underline || style.strikeOut;
+    }
+
+    void dropLeading(qsizetype lead) {
         m_out.text.remove(0, lead);
         QList<StyledRun> runs;
         for (StyledRun run : std::as_const(m_out.runs)) {

@@ -202,6 +202,13 @@ private Q_SLOTS:
         QCOMPARE(text.runs, oneRun(0, 3, foreground(TerminalColor::indexed(1))));
     }
 
+    void spacesThatShowAreKept() {
+        const StyledText bar = parse("\033[48;5;196m    \033[48;5;46m    \033[0m\n");
+        QCOMPARE(bar.text, QStringLiteral("        "));
+        QCOMPARE(bar.runs.size(), 2);
+        QCOMPARE(parse("  \033[7m  \033[0m  x").text, QStringLiteral("    x"));
+    }
+
     void malformedColoursAreIgnored_data() {
         QTest::addColumn<QByteArray>("sequence");
         QTest::newRow("256 without a number") << QByteArray("[38;5m");
