@@ -59,11 +59,11 @@ public:
 
 } // namespace
 
-class DesktopE2ETest : public QObject {
+class DesktopEndToEndTest : public QObject {
     Q_OBJECT
 
 public:
-    explicit DesktopE2ETest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
+    explicit DesktopEndToEndTest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
 
 private:
     bool m_hasDisplay;
@@ -410,7 +410,7 @@ int main(int argc, char* argv[]) {
     if (!hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    DesktopE2ETest test(hasDisplay);
+    DesktopEndToEndTest test(hasDisplay);
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -142,7 +142,7 @@ protected:
 
 } // namespace
 
-class WaylandE2ETest : public QObject {
+class WaylandEndToEndTest : public QObject {
     Q_OBJECT
 
 private:
@@ -315,5 +315,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WaylandE2ETest)
+QTEST_MAIN(WaylandEndToEndTest)
 #include "tst_wayland_e2e.moc"

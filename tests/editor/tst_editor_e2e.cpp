@@ -70,11 +70,11 @@ QRect trayIconGeometry() {
 
 } // namespace
 
-class EditorE2ETest : public QObject {
+class EditorEndToEndTest : public QObject {
     Q_OBJECT
 
 public:
-    explicit EditorE2ETest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
+    explicit EditorEndToEndTest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
 
 private:
     bool m_hasDisplay;
@@ -233,7 +233,7 @@ int main(int argc, char* argv[]) {
     if (!hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    EditorE2ETest test(hasDisplay);
+    EditorEndToEndTest test(hasDisplay);
     return QTest::qExec(&test, argc, argv);
 }
 
