@@ -8,6 +8,7 @@
 #include "support/CorkwheelProcess.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
+#include "support/StoreFixture.h"
 
 #include "desktop/DesktopWindowsManager.h"
 

@@ -3,6 +3,8 @@
 // user drives it.
 
 #include "support/EditorOnDisplay.h"
+#include "support/PrivateConfigHome.h"
+#include "support/StoreFixture.h"
 
 #include "editor/InspectorView.h"
 #include "editor/TaskbarDockPolicy.h"
@@ -78,7 +80,7 @@ public:
 
 private:
     bool m_hasDisplay;
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
 
     Panel m_alpha = textPanel(QStringLiteral("E2E Alpha"), {1300, 700, 300, 80});
@@ -103,8 +105,7 @@ private Q_SLOTS:
             QSKIP(kNoDisplay);
         const QString missing = missingTool({QStringLiteral("xdotool")});
         QVERIFY2(missing.isEmpty(), qPrintable(missing));
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
+        QVERIFY(m_configHome.use());
     }
 
     void cleanup() { m_corkwheel.reset(); }
