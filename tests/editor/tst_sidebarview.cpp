@@ -6,6 +6,7 @@
 #include "model/PanelType.h"
 #include "render/Theme.h"
 
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 

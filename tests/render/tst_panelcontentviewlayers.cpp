@@ -117,8 +117,6 @@ private Q_SLOTS:
         QVERIFY(!text.isEmpty());
     }
 };
-}
-;
 
 QTEST_MAIN(PanelContentViewLayersTest)
 #include "tst_panelcontentviewlayers.moc"

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
