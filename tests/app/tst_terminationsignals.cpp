@@ -7,7 +7,7 @@
 
 using namespace corkwheel;
 
-class TestTerminationSignals : public QObject {
+class TerminationSignalsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -39,5 +39,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTerminationSignals)
+QTEST_GUILESS_MAIN(TerminationSignalsTest)
 #include "tst_terminationsignals.moc"

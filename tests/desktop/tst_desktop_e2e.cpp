@@ -8,7 +8,9 @@
 
 #include "support/EditorOnDisplay.h"
 #include "support/PanelFixtures.h"
+#include "support/PrivateConfigHome.h"
 #include "support/ScreenPanels.h"
+#include "support/StoreFixture.h"
 #include "support/XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
@@ -59,15 +61,15 @@ public:
 
 } // namespace
 
-class DesktopE2ETest : public QObject {
+class DesktopEndToEndTest : public QObject {
     Q_OBJECT
 
 public:
-    explicit DesktopE2ETest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
+    explicit DesktopEndToEndTest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
 
 private:
     bool m_hasDisplay;
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<DesktopWindowsManager> m_manager;
@@ -159,8 +161,7 @@ private Q_SLOTS:
         if (qEnvironmentVariableIsSet("CORKWHEEL_E2E_DESKTOP_ICONS"))
             QTRY_VERIFY_WITH_TIMEOUT(isDesktopWindow(windowUnderPointer(kEmptyDesktop)), kWait);
         run(QStringLiteral("wmctrl"), {QStringLiteral("-n"), QStringLiteral("2")});
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
+        QVERIFY(m_configHome.use());
     }
 
     void cleanup() {
@@ -410,7 +411,7 @@ int main(int argc, char* argv[]) {
     if (!hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    DesktopE2ETest test(hasDisplay);
+    DesktopEndToEndTest test(hasDisplay);
     return QTest::qExec(&test, argc, argv);
 }
 

@@ -3,6 +3,7 @@
 
 #include "support/PanelFixtures.h"
 #include "support/RecordingDesktopPlatform.h"
+#include "support/StoreFixture.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"

@@ -59,13 +59,6 @@ bool changesFrom(WId window, const QImage& before, int timeoutMs) {
     return false;
 }
 
-Panel panelOf(PanelType type, const QString& name, const PanelFrame& frame) {
-    Panel panel = Panel::makeDefault(type);
-    panel.name = name;
-    panel.frame = frame;
-    return panel;
-}
-
 } // namespace
 
 class StuckShareEndToEndTest : public QObject {
@@ -90,10 +83,10 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(share.isMounted(), kWait);
 
         const Panel clock =
-            panelOf(PanelType::Clock, QStringLiteral("Clock E2E"), {20, 20, 420, 60});
+            placedPanel(PanelType::Clock, QStringLiteral("Clock E2E"), {20, 20, 420, 60});
         const Panel stats =
-            panelOf(PanelType::SystemStats, QStringLiteral("Stats E2E"), {20, 100, 260, 320});
-        Panel note = panelOf(PanelType::File, QStringLiteral("Note E2E"), {300, 100, 320, 80});
+            placedPanel(PanelType::SystemStats, QStringLiteral("Stats E2E"), {20, 100, 260, 320});
+        Panel note = placedPanel(PanelType::File, QStringLiteral("Note E2E"), {300, 100, 320, 80});
         note.filePath = mountPoint + QStringLiteral("/note.txt");
         CorkwheelProcess corkwheel({clock, stats, note});
 

@@ -8,6 +8,7 @@
 #include "support/CorkwheelProcess.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
+#include "support/StoreFixture.h"
 
 #include "desktop/DesktopWindowsManager.h"
 
@@ -142,7 +143,7 @@ protected:
 
 } // namespace
 
-class WaylandE2ETest : public QObject {
+class WaylandEndToEndTest : public QObject {
     Q_OBJECT
 
 private:
@@ -315,5 +316,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(WaylandE2ETest)
+QTEST_MAIN(WaylandEndToEndTest)
 #include "tst_wayland_e2e.moc"

@@ -3,6 +3,8 @@
 // user drives it.
 
 #include "support/EditorOnDisplay.h"
+#include "support/PrivateConfigHome.h"
+#include "support/StoreFixture.h"
 
 #include "editor/InspectorView.h"
 #include "editor/TaskbarDockPolicy.h"
@@ -70,15 +72,15 @@ QRect trayIconGeometry() {
 
 } // namespace
 
-class EditorE2ETest : public QObject {
+class EditorEndToEndTest : public QObject {
     Q_OBJECT
 
 public:
-    explicit EditorE2ETest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
+    explicit EditorEndToEndTest(bool hasDisplay) : m_hasDisplay(hasDisplay) {}
 
 private:
     bool m_hasDisplay;
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
 
     Panel m_alpha = textPanel(QStringLiteral("E2E Alpha"), {1300, 700, 300, 80});
@@ -103,8 +105,7 @@ private Q_SLOTS:
             QSKIP(kNoDisplay);
         const QString missing = missingTool({QStringLiteral("xdotool")});
         QVERIFY2(missing.isEmpty(), qPrintable(missing));
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
+        QVERIFY(m_configHome.use());
     }
 
     void cleanup() { m_corkwheel.reset(); }
@@ -233,7 +234,7 @@ int main(int argc, char* argv[]) {
     if (!hasDisplay)
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    EditorE2ETest test(hasDisplay);
+    EditorEndToEndTest test(hasDisplay);
     return QTest::qExec(&test, argc, argv);
 }
 

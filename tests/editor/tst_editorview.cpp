@@ -2,7 +2,9 @@
 // switches and the app options, on the offscreen platform.
 
 #include "support/PanelFixtures.h"
+#include "support/PrivateConfigHome.h"
 #include "support/RecordingDesktopPlatform.h"
+#include "support/StoreFixture.h"
 #include "support/SymbolTesting.h"
 
 #include "editor/AppOptionsPopover.h"
@@ -22,7 +24,6 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QSplitter>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
 #include <QToolTip>
@@ -42,7 +43,7 @@ class EditorViewTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<AppSettings> m_settings;
     std::unique_ptr<EditorWindow> m_window;
@@ -73,19 +74,14 @@ private:
     }
 
 private Q_SLOTS:
-    void initTestCase() {
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
-    }
+    void initTestCase() { QVERIFY(m_configHome.use()); }
 
     void cleanup() {
         m_window.reset();
         m_settings.reset();
         m_fixture.reset();
         QFile::remove(StartAtLogin::entryPath());
-        QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Corkwheel"),
-                  QStringLiteral("Corkwheel"))
-            .clear();
+        PrivateConfigHome::clearPreferences();
     }
 
     void windowIsTitledCorkwheelAt900By560() {

@@ -8,7 +8,7 @@ using corkwheel::CpuTicks;
 using corkwheel::parseCpuTicks;
 using corkwheel::test::fixtureFile;
 
-class TestCpuTicks : public QObject {
+class CpuTicksTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -65,5 +65,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestCpuTicks)
+QTEST_GUILESS_MAIN(CpuTicksTest)
 #include "tst_cputicks.moc"

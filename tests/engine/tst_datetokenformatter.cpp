@@ -22,7 +22,7 @@ QTimeZone zone(const char* ianaId) {
 
 // Runs with LC_ALL=en_US.UTF-8 and TZ=Europe/Berlin (see CMakeLists.txt): the user's
 // locale and time zone, as the formatter finds them in the environment.
-class TestDateTokenFormatter : public QObject {
+class DateTokenFormatterTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -48,7 +48,7 @@ private Q_SLOTS:
     void aChangedTimeZoneShowsOnTheNextCall();
 };
 
-void TestDateTokenFormatter::initTestCase() {
+void DateTokenFormatterTest::initTestCase() {
     // Every expected text below is English in Berlin; stop early with a clear message if
     // the environment the test was registered with didn't reach the formatter.
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:VV}"), fixedInstant()),
@@ -57,7 +57,7 @@ void TestDateTokenFormatter::initTestCase() {
              QStringLiteral("Saturday"));
 }
 
-void TestDateTokenFormatter::templateWithoutTokensIsUnchanged_data() {
+void DateTokenFormatterTest::templateWithoutTokensIsUnchanged_data() {
     QTest::addColumn<QString>("textTemplate");
     QTest::newRow("empty") << QString();
     QTest::newRow("plain text") << QStringLiteral("Good morning");
@@ -66,24 +66,24 @@ void TestDateTokenFormatter::templateWithoutTokensIsUnchanged_data() {
     QTest::newRow("pattern letters outside a token") << QStringLiteral("date:HH:mm yyyy");
 }
 
-void TestDateTokenFormatter::templateWithoutTokensIsUnchanged() {
+void DateTokenFormatterTest::templateWithoutTokensIsUnchanged() {
     QFETCH(QString, textTemplate);
     QCOMPARE(DateTokenFormatter::expand(textTemplate, fixedInstant()), textTemplate);
 }
 
-void TestDateTokenFormatter::unclosedTokenStaysLiteral() {
+void DateTokenFormatterTest::unclosedTokenStaysLiteral() {
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("Now {date:HH:mm"), fixedInstant()),
              QStringLiteral("Now {date:HH:mm"));
 }
 
-void TestDateTokenFormatter::tokenWithEmptyPatternStaysLiteral() {
+void DateTokenFormatterTest::tokenWithEmptyPatternStaysLiteral() {
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:}"), fixedInstant()),
              QStringLiteral("{date:}"));
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:}{date:HH}"), fixedInstant()),
              QStringLiteral("{date:}13"));
 }
 
-void TestDateTokenFormatter::severalTokensAreAllReplacedFromOneInstant() {
+void DateTokenFormatterTest::severalTokensAreAllReplacedFromOneInstant() {
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:HH}:{date:mm}"), fixedInstant()),
              QStringLiteral("13:34"));
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:ss}/{date:HH}/{date:yyyy}"),
@@ -91,25 +91,25 @@ void TestDateTokenFormatter::severalTokensAreAllReplacedFromOneInstant() {
              QStringLiteral("56/13/2026"));
 }
 
-void TestDateTokenFormatter::braceInsidePatternEndsTokenAtFirstClosingBrace() {
+void DateTokenFormatterTest::braceInsidePatternEndsTokenAtFirstClosingBrace() {
     // The pattern is "{x": a literal brace and the zone's ISO offset.
     QCOMPARE(DateTokenFormatter::expand(QStringLiteral("{date:{x}}"), fixedInstant()),
              QStringLiteral("{+01}"));
 }
 
-void TestDateTokenFormatter::tokenPrefixIsCaseSensitive() {
+void DateTokenFormatterTest::tokenPrefixIsCaseSensitive() {
     QCOMPARE(
         DateTokenFormatter::expand(QStringLiteral("{Date:HH} {DATE:HH} {date:HH}"), fixedInstant()),
         QStringLiteral("{Date:HH} {DATE:HH} 13"));
 }
 
-void TestDateTokenFormatter::textAroundTokensIsKeptExactly() {
+void DateTokenFormatterTest::textAroundTokensIsKeptExactly() {
     const QString textTemplate = QStringLiteral(" {a} }{date:yyyy}{ \t\n\u00e9{date:HH}}{\r\n");
     QCOMPARE(DateTokenFormatter::expand(textTemplate, fixedInstant()),
              QStringLiteral(" {a} }2026{ \t\n\u00e913}{\r\n"));
 }
 
-void TestDateTokenFormatter::characterOutsideBmpBeforeTokenIsKept() {
+void DateTokenFormatterTest::characterOutsideBmpBeforeTokenIsKept() {
     // U+1F600 takes two UTF-16 code units; the token after it must still be cut out whole.
     const QString smile = QString::fromUcs4(U"\U0001F600");
     QCOMPARE(DateTokenFormatter::expand(smile + QStringLiteral(" {date:HH:mm} ") + smile,
@@ -117,7 +117,7 @@ void TestDateTokenFormatter::characterOutsideBmpBeforeTokenIsKept() {
              smile + QStringLiteral(" 13:34 ") + smile);
 }
 
-void TestDateTokenFormatter::expandWritesFixedPatternsInUserLocaleAndZone_data() {
+void DateTokenFormatterTest::expandWritesFixedPatternsInUserLocaleAndZone_data() {
     QTest::addColumn<QString>("pattern");
     QTest::addColumn<QString>("expected");
     QTest::newRow("numeric") << QStringLiteral("yyyy-MM-dd HH:mm")
@@ -127,20 +127,20 @@ void TestDateTokenFormatter::expandWritesFixedPatternsInUserLocaleAndZone_data()
     QTest::newRow("twelve-hour") << QStringLiteral("h:mm a") << QStringLiteral("1:34 PM");
 }
 
-void TestDateTokenFormatter::expandWritesFixedPatternsInUserLocaleAndZone() {
+void DateTokenFormatterTest::expandWritesFixedPatternsInUserLocaleAndZone() {
     QFETCH(QString, pattern);
     QFETCH(QString, expected);
     const QString token = QStringLiteral("{date:") + pattern + QStringLiteral("}");
     QCOMPARE(DateTokenFormatter::expand(token, fixedInstant()), expected);
 }
 
-void TestDateTokenFormatter::quotedTextInPatternIsLiteral() {
+void DateTokenFormatterTest::quotedTextInPatternIsLiteral() {
     QCOMPARE(
         DateTokenFormatter::expand(QStringLiteral("{date:'Week' w 'of' yyyy}"), fixedInstant()),
         QStringLiteral("Week 11 of 2026"));
 }
 
-void TestDateTokenFormatter::formatUsesGivenTimeZone_data() {
+void DateTokenFormatterTest::formatUsesGivenTimeZone_data() {
     QTest::addColumn<QTimeZone>("timeZone");
     QTest::addColumn<QString>("expected");
     QTest::newRow("UTC") << QTimeZone::utc() << QStringLiteral("2026-03-14 12:34");
@@ -152,7 +152,7 @@ void TestDateTokenFormatter::formatUsesGivenTimeZone_data() {
                                   << QStringLiteral("2026-03-14 18:04");
 }
 
-void TestDateTokenFormatter::formatUsesGivenTimeZone() {
+void DateTokenFormatterTest::formatUsesGivenTimeZone() {
     QFETCH(QTimeZone, timeZone);
     QFETCH(QString, expected);
     QCOMPARE(
@@ -160,12 +160,12 @@ void TestDateTokenFormatter::formatUsesGivenTimeZone() {
         expected);
 }
 
-void TestDateTokenFormatter::formatNowWithEmptyFormatIsEmpty() {
+void DateTokenFormatterTest::formatNowWithEmptyFormatIsEmpty() {
     QCOMPARE(DateTokenFormatter::formatNow(QString(), QTimeZone::systemTimeZone()), QString());
     QCOMPARE(DateTokenFormatter::format(QString(), fixedInstant(), QTimeZone::utc()), QString());
 }
 
-void TestDateTokenFormatter::formatNowShowsCurrentTime() {
+void DateTokenFormatterTest::formatNowShowsCurrentTime() {
     const QString pattern = QStringLiteral("yyyy-MM-dd HH:mm:ss");
     const QTimeZone tokyo = zone("Asia/Tokyo");
     const QDateTime before = QDateTime::currentDateTime();
@@ -176,7 +176,7 @@ void TestDateTokenFormatter::formatNowShowsCurrentTime() {
         QCOMPARE(now, after.toTimeZone(tokyo).toString(u"yyyy-MM-dd HH:mm:ss"));
 }
 
-void TestDateTokenFormatter::aChangedLocaleShowsOnTheNextCall() {
+void DateTokenFormatterTest::aChangedLocaleShowsOnTheNextCall() {
     const QString weekday = QStringLiteral("{date:EEEE}");
     QCOMPARE(DateTokenFormatter::expand(weekday, fixedInstant()), QStringLiteral("Saturday"));
     const icu::Locale user = icu::Locale::getDefault();
@@ -188,7 +188,7 @@ void TestDateTokenFormatter::aChangedLocaleShowsOnTheNextCall() {
     QCOMPARE(DateTokenFormatter::expand(weekday, fixedInstant()), QStringLiteral("Saturday"));
 }
 
-void TestDateTokenFormatter::aChangedTimeZoneShowsOnTheNextCall() {
+void DateTokenFormatterTest::aChangedTimeZoneShowsOnTheNextCall() {
     const QString pattern = QStringLiteral("HH:mm");
     QCOMPARE(DateTokenFormatter::format(pattern, fixedInstant(), zone("Asia/Tokyo")),
              QStringLiteral("21:34"));
@@ -200,5 +200,5 @@ void TestDateTokenFormatter::aChangedTimeZoneShowsOnTheNextCall() {
              QStringLiteral("21:34"));
 }
 
-QTEST_GUILESS_MAIN(TestDateTokenFormatter)
+QTEST_GUILESS_MAIN(DateTokenFormatterTest)
 #include "tst_datetokenformatter.moc"

@@ -41,7 +41,7 @@ const QStringList kWithoutShare{QStringLiteral("/media/ubuntu/STICK"),
 
 } // namespace
 
-class TestDiskSampler : public QObject {
+class DiskSamplerTest : public QObject {
     Q_OBJECT
 
     // Every reading in a refresh of its own.
@@ -127,5 +127,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestDiskSampler)
+QTEST_GUILESS_MAIN(DiskSamplerTest)
 #include "tst_disksampler.moc"

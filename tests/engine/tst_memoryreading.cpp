@@ -14,7 +14,7 @@ constexpr double kGB = 1024.0 * 1024.0 * 1024.0;
 
 } // namespace
 
-class TestMemoryReading : public QObject {
+class MemoryReadingTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -70,5 +70,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMemoryReading)
+QTEST_GUILESS_MAIN(MemoryReadingTest)
 #include "tst_memoryreading.moc"

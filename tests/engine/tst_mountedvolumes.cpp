@@ -29,7 +29,7 @@ constexpr quint64 kGiB = Q_UINT64_C(1) << 30;
 
 } // namespace
 
-class TestMountedVolumes : public QObject {
+class MountedVolumesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -166,5 +166,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMountedVolumes)
+QTEST_GUILESS_MAIN(MountedVolumesTest)
 #include "tst_mountedvolumes.moc"

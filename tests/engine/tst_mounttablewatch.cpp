@@ -8,7 +8,7 @@
 
 using namespace corkwheel;
 
-class TestMountTableWatch : public QObject {
+class MountTableWatchTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -42,5 +42,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestMountTableWatch)
+QTEST_GUILESS_MAIN(MountTableWatchTest)
 #include "tst_mounttablewatch.moc"

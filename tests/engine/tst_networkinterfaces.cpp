@@ -29,7 +29,7 @@ QString netPath(const char* interfaceName, const char* entry) {
 
 } // namespace
 
-class TestNetworkInterfaces : public QObject {
+class NetworkInterfacesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -149,5 +149,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetworkInterfaces)
+QTEST_GUILESS_MAIN(NetworkInterfacesTest)
 #include "tst_networkinterfaces.moc"

@@ -62,7 +62,7 @@ const NetworkSample kNoNetwork{QStringLiteral("No Network"), NetworkInterfaceKin
 
 } // namespace
 
-class TestNetworkStatsSampler : public QObject {
+class NetworkStatsSamplerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -212,5 +212,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestNetworkStatsSampler)
+QTEST_GUILESS_MAIN(NetworkStatsSamplerTest)
 #include "tst_networkstatssampler.moc"

@@ -78,7 +78,7 @@ QString quoted(const QString& path) {
 
 } // namespace
 
-class TestShellCommand : public QObject {
+class ShellCommandTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -121,72 +121,72 @@ private:
     QTemporaryDir m_dir;
 };
 
-void TestShellCommand::init() {
+void ShellCommandTest::init() {
     // Failures must show only as text: not even Qt may complain, say about a process
     // destroyed while still running.
     QTest::failOnWarning(QRegularExpression(QStringLiteral(".*")));
     QVERIFY(m_dir.isValid());
 }
 
-void TestShellCommand::cleanup() {
+void ShellCommandTest::cleanup() {
     ShellCommand::setTimeLimitForTesting(ShellCommand::kTimeLimit);
     ShellCommand::setShellProgramForTesting(QStringLiteral("/bin/zsh"));
 }
 
-void TestShellCommand::standardOutputWinsOverStandardError() {
+void ShellCommandTest::standardOutputWinsOverStandardError() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("echo hi; echo err >&2")), QStringLiteral("hi"));
 }
 
-void TestShellCommand::standardErrorShowsWhenOutputIsEmpty() {
+void ShellCommandTest::standardErrorShowsWhenOutputIsEmpty() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("echo err >&2")), QStringLiteral("err"));
     // Output that trims to nothing counts as empty too.
     QCOMPARE(ShellCommand::execute(QStringLiteral("printf ' \\n\\t\\n'; echo err >&2")),
              QStringLiteral("err"));
 }
 
-void TestShellCommand::outputIsTrimmedKeepingInnerBlankLines() {
+void ShellCommandTest::outputIsTrimmedKeepingInnerBlankLines() {
     QCOMPARE(
         ShellCommand::execute(QStringLiteral("printf '\\n\\n  first\\n\\n\\nsecond \\t\\n\\n'")),
         QStringLiteral("first\n\n\nsecond"));
 }
 
-void TestShellCommand::blankCommandShowsEmptyText() {
+void ShellCommandTest::blankCommandShowsEmptyText() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("  \n\t \n")), QString());
 }
 
-void TestShellCommand::commandRunsInLoginZsh() {
+void ShellCommandTest::commandRunsInLoginZsh() {
     QCOMPARE(ShellCommand::execute(
                  QStringLiteral("print -r -- $ZSH_NAME; [[ -o login ]] && echo login")),
              QStringLiteral("zsh\nlogin"));
 }
 
-void TestShellCommand::environmentAndWorkingDirectoryAreInherited() {
+void ShellCommandTest::environmentAndWorkingDirectoryAreInherited() {
     qputenv("CORKWHEEL_TEST_MARKER", "marker-42");
     const QString text = ShellCommand::execute(QStringLiteral("echo $CORKWHEEL_TEST_MARKER; pwd"));
     qunsetenv("CORKWHEEL_TEST_MARKER");
     QCOMPARE(text, QStringLiteral("marker-42\n") + QDir::currentPath());
 }
 
-void TestShellCommand::standardInputIsEmpty() {
+void ShellCommandTest::standardInputIsEmpty() {
     // A command that reads its input ends at once instead of waiting for the time limit.
     QCOMPARE(ShellCommand::execute(QStringLiteral("cat; echo done")), QStringLiteral("done"));
 }
 
-void TestShellCommand::silentFailureShowsEmptyText() {
+void ShellCommandTest::silentFailureShowsEmptyText() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("exit 3")), QString());
 }
 
-void TestShellCommand::failingCommandStillShowsItsOutput() {
+void ShellCommandTest::failingCommandStillShowsItsOutput() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; exit 1")),
              QStringLiteral("partial"));
 }
 
-void TestShellCommand::commandKilledBySignalStillShowsItsOutput() {
+void ShellCommandTest::commandKilledBySignalStillShowsItsOutput() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("echo before; kill -KILL $$")),
              QStringLiteral("before"));
 }
 
-void TestShellCommand::outputLargerThanPipeCapacityCompletes() {
+void ShellCommandTest::outputLargerThanPipeCapacityCompletes() {
     // Far more than a pipe holds (64 KiB), on both streams at once.
     const QString text = ShellCommand::execute(
         QStringLiteral("head -c 300000 /dev/zero | tr '\\0' e >&2; head -c 300000 /dev/zero "
@@ -194,14 +194,14 @@ void TestShellCommand::outputLargerThanPipeCapacityCompletes() {
     QCOMPARE(text, QString(300000, QLatin1Char('o')));
 }
 
-void TestShellCommand::fiveMegabytesOfOutputShowFirstMebibyte() {
+void ShellCommandTest::fiveMegabytesOfOutputShowFirstMebibyte() {
     const QString text =
         ShellCommand::execute(QStringLiteral("head -c 5000000 /dev/zero | tr '\\0' a"));
     QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
     QCOMPARE(text, QString(ShellCommand::kMaxKeptBytes, QLatin1Char('a')));
 }
 
-void TestShellCommand::keptOutputIsCutBeforeSplitCharacter() {
+void ShellCommandTest::keptOutputIsCutBeforeSplitCharacter() {
     // Lines of "é\n" are three bytes each, so the 1 MiB limit falls right after the first
     // byte of an "é"; that half character goes, and the rest is still valid text.
     const QString text = ShellCommand::execute(QStringLiteral("yes é | head -c 5000000"));
@@ -212,7 +212,7 @@ void TestShellCommand::keptOutputIsCutBeforeSplitCharacter() {
     QCOMPARE(text, expected);
 }
 
-void TestShellCommand::invalidUtf8CountsAsEmpty_data() {
+void ShellCommandTest::invalidUtf8CountsAsEmpty_data() {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("expected");
     QTest::newRow("invalid bytes") << QStringLiteral("printf 'ok \\xff\\xfe'") << QString();
@@ -224,20 +224,20 @@ void TestShellCommand::invalidUtf8CountsAsEmpty_data() {
         << QStringLiteral("printf 'ok \\xc3'; echo err >&2") << QStringLiteral("err");
 }
 
-void TestShellCommand::invalidUtf8CountsAsEmpty() {
+void ShellCommandTest::invalidUtf8CountsAsEmpty() {
     QFETCH(QString, command);
     QFETCH(QString, expected);
     QCOMPARE(ShellCommand::execute(command), expected);
 }
 
-void TestShellCommand::missingShellShowsError() {
+void ShellCommandTest::missingShellShowsError() {
     ShellCommand::setShellProgramForTesting(QStringLiteral("/nonexistent/zsh"));
     const QString text = ShellCommand::execute(QStringLiteral("echo hi"));
     QCOMPARE(text,
              QStringLiteral("error: cannot start /nonexistent/zsh: No such file or directory"));
 }
 
-void TestShellCommand::asynchronousRunReportsExactlyOnce() {
+void ShellCommandTest::asynchronousRunReportsExactlyOnce() {
     ShellCommand run(QStringLiteral("echo hi"));
     QSignalSpy spy(&run, &ShellCommand::finished);
     run.start();
@@ -248,7 +248,7 @@ void TestShellCommand::asynchronousRunReportsExactlyOnce() {
     QCOMPARE(spy.count(), 1);
 }
 
-void TestShellCommand::sleepingThirtySecondsTimesOutAfterTenSeconds() {
+void ShellCommandTest::sleepingThirtySecondsTimesOutAfterTenSeconds() {
     QElapsedTimer elapsed;
     elapsed.start();
     QCOMPARE(ShellCommand::execute(QStringLiteral("sleep 30")), kTimedOut);
@@ -257,13 +257,13 @@ void TestShellCommand::sleepingThirtySecondsTimesOutAfterTenSeconds() {
     QVERIFY2(elapsed.elapsed() < 25'000, qPrintable(QString::number(elapsed.elapsed())));
 }
 
-void TestShellCommand::outputBeforeTimeLimitIsDiscarded() {
+void ShellCommandTest::outputBeforeTimeLimitIsDiscarded() {
     ShellCommand::setTimeLimitForTesting(500ms);
     QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; echo err >&2; sleep 30")),
              kTimedOut);
 }
 
-void TestShellCommand::endlessOutputTimesOutWithinBoundedMemory() {
+void ShellCommandTest::endlessOutputTimesOutWithinBoundedMemory() {
     ShellCommand::setTimeLimitForTesting(1500ms);
     const qint64 before = residentKiB();
     QVERIFY(before > 0);
@@ -275,12 +275,12 @@ void TestShellCommand::endlessOutputTimesOutWithinBoundedMemory() {
     QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
 }
 
-void TestShellCommand::outputOfABackgroundChildAfterTheShellExitsIsShown() {
+void ShellCommandTest::outputOfABackgroundChildAfterTheShellExitsIsShown() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("(sleep 0.5; echo late) & echo early")),
              QStringLiteral("early\nlate"));
 }
 
-void TestShellCommand::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolder() {
+void ShellCommandTest::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolder() {
     ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("holder.pid"));
     QElapsedTimer timer;
@@ -294,7 +294,7 @@ void TestShellCommand::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolde
     QTRY_VERIFY(processIsGone(pids.first()));
 }
 
-void TestShellCommand::timeOutEndsEveryProcessOfTheGroup() {
+void ShellCommandTest::timeOutEndsEveryProcessOfTheGroup() {
     ShellCommand::setTimeLimitForTesting(500ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("group.pid"));
     QCOMPARE(ShellCommand::execute(
@@ -305,7 +305,7 @@ void TestShellCommand::timeOutEndsEveryProcessOfTheGroup() {
     QTRY_VERIFY(processIsGone(pids.first()));
 }
 
-void TestShellCommand::timeOutKillsChildrenThatIgnoreTerm() {
+void ShellCommandTest::timeOutKillsChildrenThatIgnoreTerm() {
     ShellCommand::setTimeLimitForTesting(500ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("stubborn.pid"));
     // The run stays alive after its result, so only the grace period's SIGKILL can end
@@ -321,7 +321,7 @@ void TestShellCommand::timeOutKillsChildrenThatIgnoreTerm() {
     QTRY_VERIFY(processIsGone(child));
 }
 
-void TestShellCommand::destroyingRunningCommandReportsNothingAndLeavesNoProcess() {
+void ShellCommandTest::destroyingRunningCommandReportsNothingAndLeavesNoProcess() {
     const QString pidFile = m_dir.filePath(QStringLiteral("running.pid"));
     // As the panel runner holds a run: the run dies with its owner.
     auto owner = std::make_unique<QObject>();
@@ -340,7 +340,7 @@ void TestShellCommand::destroyingRunningCommandReportsNothingAndLeavesNoProcess(
     QTRY_VERIFY(processIsGone(pids.at(1)));
 }
 
-void TestShellCommand::destroyingCommandRightAfterStartRunsNothingFurther() {
+void ShellCommandTest::destroyingCommandRightAfterStartRunsNothingFurther() {
     const QString marker = m_dir.filePath(QStringLiteral("still-ran"));
     auto run =
         std::make_unique<ShellCommand>(QStringLiteral("sleep 0.3; touch %1").arg(quoted(marker)));
@@ -352,7 +352,7 @@ void TestShellCommand::destroyingCommandRightAfterStartRunsNothingFurther() {
     QVERIFY(!QFile::exists(marker));
 }
 
-void TestShellCommand::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
+void ShellCommandTest::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
     const qint64 before = residentKiB();
     QString text = QStringLiteral("unset");
     const qint64 peak = peakResidentKiBDuring([&text] {
@@ -365,19 +365,19 @@ void TestShellCommand::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
     QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
 }
 
-void TestShellCommand::nulBytesStayInTheText() {
+void ShellCommandTest::nulBytesStayInTheText() {
     QCOMPARE(ShellCommand::execute(QStringLiteral("printf 'a\\0b'")),
              QStringView(u"a\0b", 3).toString());
 }
 
-void TestShellCommand::tenMegabyteLineShowsItsFirstMebibyte() {
+void ShellCommandTest::tenMegabyteLineShowsItsFirstMebibyte() {
     const QString text =
         ShellCommand::execute(QStringLiteral("head -c 10485760 /dev/zero | tr '\\0' x"));
     QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
     QVERIFY(text.startsWith(u'x') && text.endsWith(u'x'));
 }
 
-void TestShellCommand::fiftySleepingChildrenAllEndAtTheTimeLimit() {
+void ShellCommandTest::fiftySleepingChildrenAllEndAtTheTimeLimit() {
     ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("fifty.pid"));
     QCOMPARE(ShellCommand::execute(
@@ -392,7 +392,7 @@ void TestShellCommand::fiftySleepingChildrenAllEndAtTheTimeLimit() {
 
 // A child that leaves the command's session with setsid is out of reach of the run's process
 // group, and outlives the run; the README says so. The test ends it itself.
-void TestShellCommand::childDetachedIntoANewSessionIsBeyondReach() {
+void ShellCommandTest::childDetachedIntoANewSessionIsBeyondReach() {
     ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("detached.pid"));
     QCOMPARE(ShellCommand::execute(
@@ -408,5 +408,5 @@ void TestShellCommand::childDetachedIntoANewSessionIsBeyondReach() {
     QVERIFY(survived);
 }
 
-QTEST_GUILESS_MAIN(TestShellCommand)
+QTEST_GUILESS_MAIN(ShellCommandTest)
 #include "tst_shellcommand.moc"

@@ -88,7 +88,7 @@ std::optional<DiskInfo> diskWithId(const QList<DiskInfo>& disks, const QString& 
 
 } // namespace
 
-class TestSystemStatsSampler : public QObject {
+class SystemStatsSamplerTest : public QObject {
     Q_OBJECT
 
     // Every reading in a refresh of its own, unless a test says otherwise.
@@ -357,5 +357,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestSystemStatsSampler)
+QTEST_GUILESS_MAIN(SystemStatsSamplerTest)
 #include "tst_systemstatssampler.moc"

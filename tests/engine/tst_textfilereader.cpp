@@ -46,7 +46,7 @@ private:
 
 } // namespace
 
-class TestTextFileReader : public QObject {
+class TextFileReaderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -128,5 +128,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(TestTextFileReader)
+QTEST_GUILESS_MAIN(TextFileReaderTest)
 #include "tst_textfilereader.moc"

@@ -4,7 +4,7 @@
 
 using namespace corkwheel;
 
-class TestFontCache : public QObject {
+class FontCacheTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -41,5 +41,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestFontCache)
+QTEST_MAIN(FontCacheTest)
 #include "tst_fontcache.moc"

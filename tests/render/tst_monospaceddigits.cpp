@@ -95,7 +95,7 @@ std::optional<QFont> fontWithUnevenDigits() {
 
 } // namespace
 
-class TestMonospacedDigits : public QObject {
+class MonospacedDigitsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -148,5 +148,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestMonospacedDigits)
+QTEST_MAIN(MonospacedDigitsTest)
 #include "tst_monospaceddigits.moc"

@@ -1,15 +1,10 @@
-#include "support/RecordingWebPage.h"
+#include "support/ContentViewFixture.h"
 #include "support/ViewTesting.h"
 
-#include "engine/PanelRunner.h"
-#include "engine/WebPage.h"
-#include "render/PanelContentView.h"
 #include "render/PanelFonts.h"
 #include "render/TextBody.h"
 
-#include <QBuffer>
 #include <QFile>
-#include <QImageWriter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -17,30 +12,9 @@
 using namespace corkwheel;
 using namespace corkwheel::test;
 
+// How a panel content view draws the text body.
+
 namespace {
-
-const QColor kRed(255, 0, 0);
-const QColor kBlue(0, 0, 255);
-const QColor kGreen(0, 255, 0);
-
-CodableColor codable(const QColor& color) {
-    return CodableColor{color.redF(), color.greenF(), color.blueF(), color.alphaF()};
-}
-
-Panel textPanel(const QString& text, const QSize& size = QSize(200, 100)) {
-    Panel panel = Panel::makeDefault(PanelType::Text);
-    panel.textTemplate = text;
-    panel.frame = PanelFrame{0, 0, double(size.width()), double(size.height())};
-    panel.style.showShadow = false;
-    return panel;
-}
-
-QString writeImage(const QTemporaryDir& folder, const QImage& image) {
-    const QString path = folder.filePath(QStringLiteral("picture.png"));
-    QImageWriter writer(path, "png");
-    writer.write(image);
-    return path;
-}
 
 bool isDarkTranslucent(QColor color) {
     return color.alpha() > 0 && color.alpha() < 200 && color.red() < 60 && color.green() < 60 &&
@@ -49,65 +23,13 @@ bool isDarkTranslucent(QColor color) {
 
 } // namespace
 
-class PanelContentViewTest : public QObject {
+class PanelContentViewTest : public QObject, private ContentViewFixture {
     Q_OBJECT
 
-private:
-    std::unique_ptr<FakeMachine> m_machine;
-    std::unique_ptr<PanelRunner> m_runner;
-    std::unique_ptr<PanelContentView> m_view;
-    QList<RecordingWebPage*> m_pages;
-    int m_viewsMade = 0;
-
-    // A started runner for `panel` and a view of it at the panel's size.
-    PanelContentView& show(const Panel& panel, bool start = true) {
-        m_runner =
-            std::make_unique<PanelRunner>(panel, m_machine->services([this](QObject* parent) {
-                auto* page = new RecordingWebPage(parent);
-                m_pages.append(page);
-                return page;
-            }));
-        if (start)
-            startAndLoad(panel);
-        m_view = std::make_unique<PanelContentView>(*m_runner);
-        m_view->setWebViewFactory([this](WebPage*, QWidget* parent) {
-            ++m_viewsMade;
-            auto* view = new QWidget(parent);
-            view->setAutoFillBackground(true);
-            QPalette palette = view->palette();
-            palette.setColor(QPalette::Window, kGreen);
-            view->setPalette(palette);
-            return view;
-        });
-        m_view->resize(int(panel.frame.width), int(panel.frame.height));
-        m_view->setPanel(panel);
-        return *m_view;
-    }
-
-    QImage renderView(double ratio) { return render(*m_view, ratio); }
-
-    // An image panel's file is read in the background: this waits until it has been, so
-    // that the view shows what was read.
-    void startAndLoad(const Panel& panel) {
-        QSignalSpy loaded(m_runner.get(), &PanelRunner::imageChanged);
-        m_runner->start();
-        if (panel.type == PanelType::Image && !panel.imageSource.isEmpty() && loaded.isEmpty())
-            loaded.wait(10000);
-    }
-
 private Q_SLOTS:
-    void init() {
-        m_machine = std::make_unique<FakeMachine>();
-        m_pages.clear();
-        m_viewsMade = 0;
-    }
+    void init() { resetView(); }
 
-    void cleanup() {
-        m_view.reset();
-        m_runner.reset();
-    }
-
-    // Text body
+    void cleanup() { releaseView(); }
 
     void refreshWithTheSameTextDoesNotRedraw() {
         Panel panel = Panel::makeDefault(PanelType::Text);
@@ -129,7 +51,7 @@ private Q_SLOTS:
     }
 
     void changedTextRepaintsOnlyWhatChanged() {
-        Panel panel = textPanel(QStringLiteral("Count 1"));
+        Panel panel = sizedTextPanel(QStringLiteral("Count 1"));
         panel.style.showShadow = true;
         PanelContentView& view = show(panel);
         PaintCounter paints(view);
@@ -158,7 +80,7 @@ private Q_SLOTS:
     }
 
     void newTextColourIsDrawnInIt() {
-        Panel panel = textPanel(QStringLiteral("HELLO"));
+        Panel panel = sizedTextPanel(QStringLiteral("HELLO"));
         panel.style.textColor = codable(kRed);
         panel.style.showShadow = true;
         show(panel);
@@ -171,7 +93,7 @@ private Q_SLOTS:
     }
 
     void movedPanelIsNotRepainted() {
-        Panel panel = textPanel(QStringLiteral("HELLO"));
+        Panel panel = sizedTextPanel(QStringLiteral("HELLO"));
         PanelContentView& view = show(panel);
         PaintCounter paints(view);
         view.show();
@@ -221,7 +143,7 @@ private Q_SLOTS:
     }
 
     void textAndClockPanelsWithoutTextShowASpace() {
-        Panel text = textPanel(QString());
+        Panel text = sizedTextPanel(QString());
         QCOMPARE(show(text).displayedText(), QStringLiteral(" "));
         QCOMPARE(countPixels(renderView(1), QRectF(0, 0, 200, 100), isVisible), 0);
         Panel clock = Panel::makeDefault(PanelType::Clock);
@@ -233,7 +155,7 @@ private Q_SLOTS:
 
     void textIsDrawnInTheStyleColourInsideThePadding() {
         QFETCH(double, ratio);
-        Panel panel = textPanel(QStringLiteral("HELLO"));
+        Panel panel = sizedTextPanel(QStringLiteral("HELLO"));
         panel.style.textColor = codable(kRed);
         show(panel);
         const QImage image = renderView(ratio);
@@ -244,7 +166,7 @@ private Q_SLOTS:
     }
 
     void textIsDrawnAtTheStyleSize() {
-        Panel panel = textPanel(QStringLiteral("H"));
+        Panel panel = sizedTextPanel(QStringLiteral("H"));
         panel.style.fontSize = 40;
         show(panel);
         const QRectF big = inkBounds(renderView(1), isVisible);
@@ -256,7 +178,7 @@ private Q_SLOTS:
     }
 
     void glassMovesTheTextToA14PointPadding() {
-        Panel panel = textPanel(QStringLiteral("HELLO"));
+        Panel panel = sizedTextPanel(QStringLiteral("HELLO"));
         panel.style.textColor = codable(kRed);
         panel.style.showGlassBackground = true;
         show(panel);
@@ -268,10 +190,10 @@ private Q_SLOTS:
     void defaultFontStaysMonospaced() {
         // The default style names a font Linux doesn't have; its stand-in is fixed-width,
         // so narrow and wide letters take the same room.
-        Panel panel = textPanel(QStringLiteral("iiiiiiii"));
+        Panel panel = sizedTextPanel(QStringLiteral("iiiiiiii"));
         show(panel);
         const QRectF narrow = inkBounds(renderView(1), isVisible);
-        m_runner->apply(textPanel(QStringLiteral("WWWWWWWW")));
+        m_runner->apply(sizedTextPanel(QStringLiteral("WWWWWWWW")));
         const QRectF wide = inkBounds(renderView(1), isVisible);
         QVERIFY2(std::abs(narrow.right() - wide.right()) < 4,
                  qPrintable(QStringLiteral("%1 %2").arg(narrow.right()).arg(wide.right())));
@@ -289,7 +211,7 @@ private Q_SLOTS:
     void fractionalFontSizeIsDrawnAtThatSize() {
         const QString line = QStringLiteral("MMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMMM");
         const auto widthAt = [&](double size) {
-            Panel panel = textPanel(line);
+            Panel panel = sizedTextPanel(line);
             panel.style.fontName = QStringLiteral("DejaVu Sans");
             panel.style.fontSize = size;
             panel.frame = PanelFrame{0, 0, 1200, 100};
@@ -316,7 +238,7 @@ private Q_SLOTS:
     void textIsAlignedByTheStyle() {
         QFETCH(int, alignment);
         QFETCH(double, expectedCentre);
-        Panel panel = textPanel(QStringLiteral("Hi\nHello there"));
+        Panel panel = sizedTextPanel(QStringLiteral("Hi\nHello there"));
         panel.style.textAlignment = TextAlignmentOption(alignment);
         show(panel);
         const QImage image = renderView(1);
@@ -334,7 +256,7 @@ private Q_SLOTS:
     }
 
     void longTextWrapsWithinThePanel() {
-        show(textPanel(QStringLiteral("one two three four five six seven eight nine ten")));
+        show(sizedTextPanel(QStringLiteral("one two three four five six seven eight nine ten")));
         const QRectF ink = inkBounds(renderView(1), isVisible);
         QVERIFY(ink.right() <= 196);
         QVERIFY(ink.height() > 20);
@@ -344,7 +266,7 @@ private Q_SLOTS:
 
     void shadowIsDrawnUnderTheTextOnlyWhenEnabled() {
         QFETCH(double, ratio);
-        Panel panel = textPanel(QStringLiteral("HELLO"));
+        Panel panel = sizedTextPanel(QStringLiteral("HELLO"));
         show(panel);
         QCOMPARE(countPixels(renderView(ratio), QRectF(0, 0, 200, 100), isDarkTranslucent), 0);
         panel.style.showShadow = true;
@@ -384,352 +306,6 @@ private Q_SLOTS:
         const QImage image = render(view, 1);
         QVERIFY(countPixels(image, QRectF(0, 0, 300, 200), isVisible) > 1000);
         QCOMPARE(countPixels(image, QRectF(0, 196, 300, 4), isVisible), 0);
-    }
-
-    // Image body
-
-    void imageIsScaledToFitKeepingItsAspect_data() { addRatios(); }
-
-    void imageIsScaledToFitKeepingItsAspect() {
-        QFETCH(double, ratio);
-        QTemporaryDir folder;
-        QImage picture(400, 200, QImage::Format_ARGB32);
-        picture.fill(kBlue);
-        Panel panel = Panel::makeDefault(PanelType::Image);
-        panel.imageSource = writeImage(folder, picture);
-        panel.frame = PanelFrame{0, 0, 200, 200};
-        show(panel);
-        QVERIFY(!m_runner->image().isNull());
-        const QImage image = renderView(ratio);
-        QCOMPARE(inkBounds(image, isVisible), QRectF(0, 0, 200, 100));
-        QCOMPARE(colorAt(image, QPointF(100, 50)), kBlue);
-    }
-
-    void imageIsPlacedAtTheTopByTheAlignment_data() {
-        QTest::addColumn<int>("alignment");
-        QTest::addColumn<double>("left");
-        QTest::newRow("leading") << int(TextAlignmentOption::Leading) << 0.0;
-        QTest::newRow("center") << int(TextAlignmentOption::Center) << 50.0;
-        QTest::newRow("trailing") << int(TextAlignmentOption::Trailing) << 100.0;
-    }
-
-    void imageIsPlacedAtTheTopByTheAlignment() {
-        QFETCH(int, alignment);
-        QFETCH(double, left);
-        QTemporaryDir folder;
-        QImage picture(50, 100, QImage::Format_ARGB32);
-        picture.fill(kBlue);
-        Panel panel = Panel::makeDefault(PanelType::Image);
-        panel.imageSource = writeImage(folder, picture);
-        panel.frame = PanelFrame{0, 0, 200, 200};
-        panel.style.textAlignment = TextAlignmentOption(alignment);
-        show(panel);
-        QCOMPARE(inkBounds(renderView(1), isVisible), QRectF(left, 0, 100, 200));
-    }
-
-    void imageKeepsItsDetailAtDevicePixelRatio2() {
-        // One-pixel stripes, shown at half their size on a screen of twice the density:
-        // every stripe still gets its own device pixel.
-        QTemporaryDir folder;
-        QImage picture(200, 200, QImage::Format_ARGB32);
-        for (int x = 0; x < 200; ++x) {
-            for (int y = 0; y < 200; ++y)
-                picture.setPixelColor(x, y, x % 2 ? Qt::black : Qt::white);
-        }
-        Panel panel = Panel::makeDefault(PanelType::Image);
-        panel.imageSource = writeImage(folder, picture);
-        panel.frame = PanelFrame{0, 0, 100, 100};
-        show(panel);
-        const QImage image = renderView(2);
-        QCOMPARE(image.size(), QSize(200, 200));
-        QVERIFY(image.pixelColor(100, 100).lightness() > 200);
-        QVERIFY(image.pixelColor(101, 100).lightness() < 55);
-    }
-
-    void missingImageShowsTheDimmedPhotoSymbolInTheMiddle_data() { addRatios(); }
-
-    void missingImageShowsTheDimmedPhotoSymbolInTheMiddle() {
-        QFETCH(double, ratio);
-        Panel panel = Panel::makeDefault(PanelType::Image);
-        panel.imageSource = QStringLiteral("/nonexistent/picture.png");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        show(panel);
-        QVERIFY(m_runner->image().isNull());
-        const QImage image = renderView(ratio);
-        const QRectF ink = inkBounds(image, isVisible);
-        QVERIFY(ink.width() > 20 && ink.width() <= 32);
-        QVERIFY(std::abs(ink.center().x() - 100) <= 2 && std::abs(ink.center().y() - 60) <= 3);
-        int maxAlpha = 0;
-        countPixels(image, ink, [&](QColor c) {
-            maxAlpha = std::max(maxAlpha, c.alpha());
-            return false;
-        });
-        QVERIFY2(maxAlpha > 110 && maxAlpha < 140, qPrintable(QString::number(maxAlpha)));
-        QVERIFY(countPixels(image, ink, near(Qt::white, 10, 100)) > 20);
-    }
-
-    void glassPadsTheImageBy14Points() {
-        QTemporaryDir folder;
-        QImage picture(100, 100, QImage::Format_ARGB32);
-        picture.fill(kBlue);
-        Panel panel = Panel::makeDefault(PanelType::Image);
-        panel.imageSource = writeImage(folder, picture);
-        panel.frame = PanelFrame{0, 0, 128, 128};
-        panel.style.showGlassBackground = true;
-        show(panel);
-        QCOMPARE(inkBounds(renderView(1), near(kBlue)), QRectF(14, 14, 100, 100));
-    }
-
-    // Web body
-
-    void emptyAddressShowsNoUrlSet_data() { addRatios(); }
-
-    void emptyAddressShowsNoUrlSet() {
-        QFETCH(double, ratio);
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QString();
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        show(panel);
-        QVERIFY(!m_view->webView());
-        QCOMPARE(m_viewsMade, 0);
-        const QImage image = renderView(ratio);
-        const QRectF ink = inkBounds(image, isVisible);
-        // The symbol over the caption, the pair centred.
-        QVERIFY(std::abs(ink.center().x() - 100) <= 2);
-        QVERIFY(std::abs(ink.center().y() - 60) <= 3);
-        QVERIFY(ink.height() >= 28 + 8 + 6);
-        QVERIFY(ink.width() > 40);
-        const QRectF symbol(86, ink.top(), 28, 28);
-        QVERIFY(countPixels(image, symbol, near(Qt::white, 10, 100)) > 20);
-        QVERIFY(countPixels(image, ink, [](QColor c) { return c.alpha() > 140; }) == 0);
-    }
-
-    void addressThatCannotBeLoadedShowsWhyInsteadOfThePlaceholder() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("exa mple.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        PanelContentView& view = show(panel, false);
-        m_runner->start();
-        QVERIFY(!view.webView());
-        const QRectF ink = inkBounds(renderView(1), isVisible);
-        // The error, as text from the top-left corner; not the placeholder, centred.
-        QVERIFY2(ink.left() < 20 && ink.top() < 30,
-                 qPrintable(QStringLiteral("%1, %2").arg(ink.left()).arg(ink.top())));
-        QVERIFY(ink.width() > 100);
-    }
-
-    void pageIsShownInAWebViewFillingTheRoundedPanel() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("example.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        panel.style.cornerRadius = 16;
-        PanelContentView& view = show(panel, false);
-        view.show();
-        QVERIFY(!view.webView());
-        m_runner->start();
-        QCOMPARE(m_pages.size(), 1);
-        QCOMPARE(m_viewsMade, 1);
-        QWidget* web = view.webView();
-        QVERIFY(web);
-        QCOMPARE(web->parentWidget(), &view);
-        QCOMPARE(web->geometry(), QRect(0, 0, 200, 120));
-        QVERIFY(web->isVisibleTo(&view));
-        QVERIFY(web->mask().contains(QPoint(100, 60)));
-        QVERIFY(!web->mask().contains(QPoint(1, 1)));
-        QVERIFY(!web->mask().contains(QPoint(198, 118)));
-
-        const QImage image = renderView(1);
-        QCOMPARE(colorAt(image, QPointF(100, 60)), kGreen);
-        QCOMPARE(colorAt(image, QPointF(1, 1)).alpha(), 0);
-
-        view.resize(300, 150);
-        QCOMPARE(web->geometry(), QRect(0, 0, 300, 150));
-        QVERIFY(web->mask().contains(QPoint(290, 75)));
-    }
-
-    void pageMadeBeforeTheViewIsShownAtOnce() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("https://example.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        PanelContentView& view = show(panel);
-        QVERIFY(view.webView());
-        QCOMPARE(m_viewsMade, 1);
-        m_runner->refreshNow();
-        view.setPanel(panel);
-        QCOMPARE(m_viewsMade, 1);
-    }
-
-    void clearingTheAddressShowsThePlaceholderAgain() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("https://example.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        PanelContentView& view = show(panel);
-        QVERIFY(view.webView()->isVisibleTo(&view));
-        panel.webpageURL.clear();
-        view.setPanel(panel);
-        QVERIFY(!view.webView()->isVisibleTo(&view));
-        QVERIFY(countPixels(renderView(1), QRectF(0, 0, 200, 120), isVisible) > 20);
-        QCOMPARE(countPixels(renderView(1), QRectF(0, 0, 200, 120), near(kGreen)), 0);
-    }
-
-    // The page is composed by the window system apart from the view's painting, so only
-    // the window's opacity can fade it: the desktop window carries the panel's opacity.
-    void webpagePanelFadesItsWholeWindowAtItsOpacity() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("https://example.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        panel.style.opacity = 0.5;
-        PanelContentView& view = show(panel);
-        QCOMPARE(view.windowOpacity(), 1.0);
-        view.setFadesWindow(true);
-        // Window systems keep opacity in 8 bits.
-        QVERIFY(qAbs(view.windowOpacity() - 0.5) < 0.01);
-        // Faded once, by the window, not once more by the painting.
-        QCOMPARE(view.paintedOpacity(), 1.0);
-
-        panel.style.opacity = 0.8;
-        view.setPanel(panel);
-        QVERIFY(qAbs(view.windowOpacity() - 0.8) < 0.01);
-
-        // Without a page the panel paints its placeholder faded itself.
-        panel.webpageURL.clear();
-        view.setPanel(panel);
-        QCOMPARE(view.windowOpacity(), 1.0);
-        QCOMPARE(view.paintedOpacity(), 0.8);
-    }
-
-    // The editor's preview shares its window with the editor, which must never fade.
-    void previewNeverFadesItsWindow() {
-        Panel panel = Panel::makeDefault(PanelType::Webpage);
-        panel.webpageURL = QStringLiteral("https://example.org");
-        panel.frame = PanelFrame{0, 0, 200, 120};
-        panel.style.opacity = 0.5;
-        QWidget editor;
-        PanelContentView& view = show(panel);
-        view.setParent(&editor);
-        view.setPanel(panel);
-        QCOMPARE(editor.windowOpacity(), 1.0);
-        QCOMPARE(view.paintedOpacity(), 0.5);
-        view.setParent(nullptr);
-    }
-
-    void otherPanelTypesNeverTouchTheWebEngine() {
-        for (PanelType type : allPanelTypes()) {
-            if (type == PanelType::Webpage)
-                continue;
-            Panel panel = Panel::makeDefault(type);
-            panel.webpageURL = QStringLiteral("https://example.org");
-            panel.frame = PanelFrame{0, 0, 200, 120};
-            show(panel);
-            renderView(1);
-            QVERIFY(!m_view->webView());
-        }
-        QCOMPARE(m_viewsMade, 0);
-        QCOMPARE(m_pages.size(), 0);
-    }
-
-    // Background layers
-
-    void transparentBackgroundWithoutGlassLeavesNoBackground_data() { addRatios(); }
-
-    void transparentBackgroundWithoutGlassLeavesNoBackground() {
-        QFETCH(double, ratio);
-        Panel panel = textPanel(QStringLiteral("Hi"));
-        panel.style.backgroundColor = CodableColor{0.2, 0.4, 0.6, 0};
-        panel.style.showGlassBackground = false;
-        show(panel);
-        const QImage image = renderView(ratio);
-        QCOMPARE(colorAt(image, QPointF(0, 0)).alpha(), 0);
-        QCOMPARE(colorAt(image, QPointF(199, 99)).alpha(), 0);
-        QCOMPARE(colorAt(image, QPointF(100, 80)).alpha(), 0);
-        QVERIFY(countPixels(image, QRectF(0, 0, 200, 100), isVisible) > 0);
-    }
-
-    void backgroundColourFillsTheRoundedShape_data() {
-        QTest::addColumn<double>("ratio");
-        QTest::addColumn<double>("radius");
-        QTest::newRow("ratio 1, rounded") << 1.0 << 16.0;
-        QTest::newRow("ratio 2, rounded") << 2.0 << 16.0;
-        QTest::newRow("ratio 1, square") << 1.0 << 0.0;
-    }
-
-    void backgroundColourFillsTheRoundedShape() {
-        QFETCH(double, ratio);
-        QFETCH(double, radius);
-        Panel panel = textPanel(QString());
-        panel.style.backgroundColor = codable(kRed);
-        panel.style.cornerRadius = radius;
-        show(panel);
-        const QImage image = renderView(ratio);
-        QCOMPARE(colorAt(image, QPointF(100, 50)), kRed);
-        QCOMPARE(colorAt(image, QPointF(100, 0.5)), kRed);
-        const QColor corner = colorAt(image, QPointF(0.5, 0.5));
-        if (radius > 0)
-            QCOMPARE(corner.alpha(), 0);
-        else
-            QCOMPARE(corner, kRed);
-    }
-
-    void glassIsATranslucentDarkFill_data() { addRatios(); }
-
-    void glassIsATranslucentDarkFill() {
-        QFETCH(double, ratio);
-        Panel panel = textPanel(QString());
-        panel.style.showGlassBackground = true;
-        show(panel);
-        const QImage image = renderView(ratio);
-        const QColor middle = colorAt(image, QPointF(100, 50));
-        QVERIFY2(middle.alphaF() > 0.3 && middle.alphaF() < 0.6,
-                 qPrintable(middle.name(QColor::HexArgb)));
-        QVERIFY(middle.lightness() < 60);
-        QCOMPARE(colorAt(image, QPointF(0.5, 0.5)).alpha(), 0);
-    }
-
-    void glassLiesOverTheBackgroundColour() {
-        Panel panel = textPanel(QString());
-        panel.style.backgroundColor = codable(kRed);
-        panel.style.showGlassBackground = true;
-        show(panel);
-        const QColor middle = colorAt(renderView(1), QPointF(100, 50));
-        QCOMPARE(middle.alpha(), 255);
-        QVERIFY(middle.red() > 100 && middle.red() < 200);
-        QVERIFY(middle.green() < 40);
-    }
-
-    // Opacity
-
-    void opacityZeroHidesTheContentEntirely_data() { addRatios(); }
-
-    void opacityZeroHidesTheContentEntirely() {
-        QFETCH(double, ratio);
-        Panel panel = textPanel(QStringLiteral("HELLO"));
-        panel.style.backgroundColor = codable(kRed);
-        panel.style.showGlassBackground = true;
-        panel.style.opacity = 0;
-        PanelContentView& view = show(panel);
-        view.show();
-        QVERIFY(view.isVisible());
-        QCOMPARE(countPixels(renderView(ratio), QRectF(0, 0, 200, 100), isVisible), 0);
-    }
-
-    void partialOpacityFadesThePanelAsOnePiece_data() { addRatios(); }
-
-    void partialOpacityFadesThePanelAsOnePiece() {
-        QFETCH(double, ratio);
-        Panel panel = textPanel(QStringLiteral("HELLO"));
-        panel.style.backgroundColor = codable(kRed);
-        panel.style.opacity = 0.5;
-        show(panel);
-        const QImage image = renderView(ratio);
-        int maxAlpha = 0;
-        countPixels(image, QRectF(0, 0, 200, 100), [&](QColor c) {
-            maxAlpha = std::max(maxAlpha, c.alpha());
-            return false;
-        });
-        QVERIFY2(std::abs(maxAlpha - 128) <= 2, qPrintable(QString::number(maxAlpha)));
-        // The text still shows, lighter than the background around it.
-        const QRectF text = inkBounds(image, [](QColor c) { return c.green() > 128; });
-        QVERIFY(!text.isEmpty());
     }
 };
 

@@ -24,7 +24,7 @@ QImage drawnText(const QFont& font, double ratio, const QString& text) {
 
 } // namespace
 
-class TestShapedText : public QObject {
+class ShapedTextTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -108,5 +108,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestShapedText)
+QTEST_MAIN(ShapedTextTest)
 #include "tst_shapedtext.moc"

@@ -1,12 +1,14 @@
+#include "support/PrivateConfigHome.h"
+
 #include "settings/AppSettings.h"
 #include "settings/DockPolicy.h"
 
 #include <QFile>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
@@ -44,21 +46,12 @@ class AppSettingsTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
 
 private Q_SLOTS:
-    void initTestCase() {
-        // QSettings fixes its folders on first use, so this comes before any of them.
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
-    }
+    void initTestCase() { QVERIFY(m_configHome.use()); }
 
-    void init() {
-        QSettings settings(QSettings::NativeFormat, QSettings::UserScope,
-                           QStringLiteral("Corkwheel"), QStringLiteral("Corkwheel"));
-        settings.clear();
-        settings.sync();
-    }
+    void init() { PrivateConfigHome::clearPreferences(); }
 
     void preferencesLiveInXdgConfigHome() {
         AppSettings settings;

@@ -1,3 +1,5 @@
+#include "support/PrivateConfigHome.h"
+
 // The autostart entry behind "Start at login": where it goes, what it says, and that the
 // file alone tells whether the option is on.
 
@@ -6,10 +8,10 @@
 #include <QFile>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
@@ -27,13 +29,10 @@ class StartAtLoginTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
 
 private Q_SLOTS:
-    void initTestCase() {
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
-    }
+    void initTestCase() { QVERIFY(m_configHome.use()); }
 
     void cleanup() { QFile::remove(StartAtLogin::entryPath()); }
 

@@ -5,6 +5,7 @@
 // shown, in the test's own process: the same code, fonts and size.
 
 #include "support/PanelFixtures.h"
+#include "support/StoreFixture.h"
 #include "support/XDisplayTools.h"
 
 #include "editor/EditorView.h"

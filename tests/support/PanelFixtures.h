@@ -1,17 +1,13 @@
 #pragma once
 
+// Kept for the tests that take their store from here.
+#include "support/StoreFixture.h"
+
 #include "engine/Clock.h"
 #include "engine/RunnerServices.h"
 #include "model/Panel.h"
-#include "model/PanelDocument.h"
-#include "model/PanelStore.h"
 
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <memory>
 
 namespace corkwheel {
 
@@ -35,41 +31,25 @@ inline RunnerServices clockOnlyServices() {
     return services;
 }
 
-inline Panel textPanel(const QString& name, const PanelFrame& frame, bool enabled = true) {
-    Panel panel = Panel::makeDefault(PanelType::Text);
+inline Panel namedPanel(PanelType type, const QString& name, bool enabled = true) {
+    Panel panel = Panel::makeDefault(type);
     panel.name = name;
-    panel.frame = frame;
     panel.isEnabled = enabled;
-    panel.textTemplate = name;
     return panel;
 }
 
-// A store whose document, in a folder of its own, already holds `panels`.
-class StoreFixture {
-    // First, so that it outlives the store.
-    QTemporaryDir m_folder;
+inline Panel placedPanel(PanelType type, const QString& name, const PanelFrame& frame,
+                         bool enabled = true) {
+    Panel panel = namedPanel(type, name, enabled);
+    panel.frame = frame;
+    return panel;
+}
 
-public:
-    explicit StoreFixture(const QList<Panel>& panels) {
-        const QString location = documentPath();
-        QDir().mkpath(QFileInfo(location).absolutePath());
-        QFile file(location);
-        if (file.open(QIODevice::WriteOnly))
-            file.write(PanelDocument::encode(panels).value_or(QByteArray()));
-        file.close();
-        store = std::make_unique<PanelStore>(location);
-    }
-
-    QString documentPath() const { return m_folder.filePath(QStringLiteral("panels.json")); }
-
-    QList<Panel> savedPanels() const {
-        QFile file(documentPath());
-        if (!file.open(QIODevice::ReadOnly))
-            return {};
-        return PanelDocument::decode(file.readAll()).value_or(QList<Panel>());
-    }
-
-    std::unique_ptr<PanelStore> store;
-};
+// A text panel that shows its own name.
+inline Panel textPanel(const QString& name, const PanelFrame& frame, bool enabled = true) {
+    Panel panel = placedPanel(PanelType::Text, name, frame, enabled);
+    panel.textTemplate = name;
+    return panel;
+}
 
 } // namespace corkwheel::test

@@ -4,19 +4,20 @@
 #include "tray/MenuBarView.h"
 
 #include "support/PanelFixtures.h"
+#include "support/PrivateConfigHome.h"
+#include "support/StoreFixture.h"
 #include "support/SymbolTesting.h"
 
 #include <QAction>
 #include <QFile>
 #include <QLocale>
 #include <QMenu>
-#include <QSettings>
 #include <QSignalSpy>
 #include <QSystemTrayIcon>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
@@ -83,21 +84,12 @@ class MenuBarViewTest : public QObject {
     Q_OBJECT
 
 private:
-    QTemporaryDir m_configHome;
+    PrivateConfigHome m_configHome;
 
 private Q_SLOTS:
-    void initTestCase() {
-        // QSettings fixes its folders on first use, so this comes before any of them.
-        QVERIFY(m_configHome.isValid());
-        qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_configHome.path()));
-    }
+    void initTestCase() { QVERIFY(m_configHome.use()); }
 
-    void init() {
-        QSettings settings(QSettings::NativeFormat, QSettings::UserScope,
-                           QStringLiteral("Corkwheel"), QStringLiteral("Corkwheel"));
-        settings.clear();
-        settings.sync();
-    }
+    void init() { PrivateConfigHome::clearPreferences(); }
 
     void itemsAreInOrderWithSeparators() {
         test::StoreFixture fixture({});

@@ -1,0 +1,127 @@
+#pragma once
+
+#include "support/PanelFixtures.h"
+#include "support/StoreFixture.h"
+
+#include "editor/MiniSwitch.h"
+#include "editor/PanelRow.h"
+#include "editor/SidebarView.h"
+#include "model/PanelStore.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+namespace corkwheel::test {
+
+inline constexpr int kWidth = 240;
+inline constexpr int kHeight = 480;
+
+inline QList<Panel> threePanels() {
+    return {namedPanel(PanelType::Clock, QStringLiteral("Morning clock")),
+            namedPanel(PanelType::Shell, QStringLiteral("Uptime")),
+            namedPanel(PanelType::File, QStringLiteral("Notes"), false)};
+}
+
+inline QString nameText(PanelRow* row) {
+    return row->findChild<QLabel*>(QStringLiteral("nameLabel"))->text();
+}
+
+inline QString typeText(PanelRow* row) {
+    return row->findChild<QLabel*>(QStringLiteral("typeLabel"))->text();
+}
+
+inline MiniSwitch* switchOf(PanelRow* row) {
+    return row->findChild<MiniSwitch*>(QStringLiteral("enabledSwitch"));
+}
+
+// Runs `act` on the popup menu as soon as one is open, then closes it, so that code that
+// opens a menu and waits for the user's choice carries on. Gives up after a few seconds.
+inline void onPopup(const std::function<void(QMenu&)>& act) {
+    auto* poll = new QTimer;
+    poll->setInterval(10);
+    auto attempts = std::make_shared<int>(0);
+    QObject::connect(poll, &QTimer::timeout, [poll, attempts, act] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (!menu && ++*attempts < 500)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        if (!menu)
+            return;
+        act(*menu);
+        menu->close();
+    });
+    poll->start();
+}
+
+inline QAction* actionNamed(QMenu& menu, const QString& text) {
+    for (QAction* action : menu.actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+// A sidebar on screen over a store whose document holds the given panels.
+class SidebarHarness {
+public:
+    explicit SidebarHarness(const QList<Panel>& panels, QSize size = QSize(kWidth, kHeight))
+        : fixture(panels), sidebar(*fixture.store) {
+        sidebar.resize(size);
+        sidebar.show();
+    }
+
+    PanelStore& store() { return *fixture.store; }
+
+    QListWidget* list() const {
+        return sidebar.findChild<QListWidget*>(QStringLiteral("panelList"));
+    }
+
+    QPushButton* addButton() const {
+        return sidebar.findChild<QPushButton*>(QStringLiteral("addPanelButton"));
+    }
+
+    // The rows as the list shows them, top to bottom.
+    QList<PanelRow*> rows() const {
+        QList<PanelRow*> shown;
+        for (int index = 0; index < list()->count(); ++index)
+            shown.append(qobject_cast<PanelRow*>(list()->itemWidget(list()->item(index))));
+        return shown;
+    }
+
+    PanelRow* row(int index) const { return rows().at(index); }
+
+    QStringList names() const {
+        QStringList texts;
+        for (PanelRow* row : rows())
+            texts.append(nameText(row));
+        return texts;
+    }
+
+    // A click where the user would make it: the window decides which widget gets it.
+    void click(QWidget* widget, Qt::MouseButton button = Qt::LeftButton) {
+        settle();
+        QTest::mouseClick(sidebar.windowHandle(), button, Qt::NoModifier,
+                          widget->mapTo(&sidebar, widget->rect().center()));
+    }
+
+    // Lets the list lay its rows out.
+    void settle() {
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    }
+
+    StoreFixture fixture;
+    SidebarView sidebar;
+};
+
+} // namespace corkwheel::test

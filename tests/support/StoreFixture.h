@@ -1,0 +1,45 @@
+#pragma once
+
+#include "model/Panel.h"
+#include "model/PanelDocument.h"
+#include "model/PanelStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QList>
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace corkwheel::test {
+
+// A store whose document, in a folder of its own, already holds `panels`.
+class StoreFixture {
+    // First, so that it outlives the store.
+    QTemporaryDir m_folder;
+
+public:
+    explicit StoreFixture(const QList<Panel>& panels) {
+        const QString location = documentPath();
+        QDir().mkpath(QFileInfo(location).absolutePath());
+        QFile file(location);
+        if (file.open(QIODevice::WriteOnly))
+            file.write(PanelDocument::encode(panels).value_or(QByteArray()));
+        file.close();
+        store = std::make_unique<PanelStore>(location);
+    }
+
+    QString documentPath() const { return m_folder.filePath(QStringLiteral("panels.json")); }
+
+    QList<Panel> savedPanels() const {
+        QFile file(documentPath());
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        return PanelDocument::decode(file.readAll()).value_or(QList<Panel>());
+    }
+
+    std::unique_ptr<PanelStore> store;
+};
+
+} // namespace corkwheel::test
