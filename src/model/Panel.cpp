@@ -7,7 +7,6 @@ namespace corkwheel {
 namespace {
 
 struct TypeDefaults {
-    const char16_t* name;
     double y;
     double width;
     double height;
@@ -17,21 +16,21 @@ struct TypeDefaults {
 TypeDefaults defaultsFor(PanelType type) {
     switch (type) {
     case PanelType::Shell:
-        return {u"Shell Command", 60, 320, 100, 5};
+        return {60, 320, 100, 5};
     case PanelType::File:
-        return {u"File Content", 180, 320, 160, 5};
+        return {180, 320, 160, 5};
     case PanelType::Text:
-        return {u"Text", 360, 320, 60, 60};
+        return {360, 320, 60, 60};
     case PanelType::Clock:
-        return {u"Clock", 60, 340, 70, 1};
+        return {60, 340, 70, 1};
     case PanelType::Image:
-        return {u"Image", 60, 240, 240, 300};
+        return {60, 240, 240, 300};
     case PanelType::SystemStats:
-        return {u"System Stats", 60, 280, 210, 2};
+        return {60, 280, 210, 2};
     case PanelType::Webpage:
-        return {u"Webpage", 60, 420, 300, 300};
+        return {60, 420, 300, 300};
     }
-    return {u"", 60, 0, 0, 1};
+    return {60, 0, 0, 1};
 }
 
 QString homeDirectoryWithoutTrailingSlash() {
@@ -47,7 +46,7 @@ Panel Panel::makeDefault(PanelType type) {
     const TypeDefaults defaults = defaultsFor(type);
     Panel panel;
     panel.id = QUuid::createUuid();
-    panel.name = QString::fromUtf16(defaults.name);
+    panel.name = displayName(type);
     panel.type = type;
     panel.isEnabled = true;
     panel.frame = {60, defaults.y, defaults.width, defaults.height};

@@ -1,12 +1,15 @@
 #include "model/PanelDocument.h"
 
 #include "model/DocumentEncoding.h"
+#include "model/DocumentFields.h"
 #include "model/PanelListReader.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cmath>
 #include <limits>
+#include <string>
+#include <string_view>
 
 namespace corkwheel::PanelDocument {
 
@@ -31,57 +34,35 @@ Json number(double value) {
     return value;
 }
 
-Json string(const QString& value) {
+Json encodeValue(double value) {
+    return number(value);
+}
+
+Json encodeValue(bool value) {
+    return value;
+}
+
+Json encodeValue(const QString& value) {
     return value.toStdString();
 }
 
-Json encodeColor(const CodableColor& color) {
-    Json json = Json::object();
-    json["red"] = number(color.red);
-    json["green"] = number(color.green);
-    json["blue"] = number(color.blue);
-    json["alpha"] = number(color.alpha);
-    return json;
+Json encodeValue(const QUuid& id) {
+    return encodeValue(id.toString(QUuid::WithoutBraces).toUpper());
 }
 
-Json encodeFrame(const PanelFrame& frame) {
-    Json json = Json::object();
-    json["x"] = number(frame.x);
-    json["y"] = number(frame.y);
-    json["width"] = number(frame.width);
-    json["height"] = number(frame.height);
-    return json;
+Json encodeValue(PanelType type) {
+    return encodeValue(rawValue(type));
 }
 
-Json encodeStyle(const PanelStyle& style) {
-    Json json = Json::object();
-    json["fontName"] = string(style.fontName);
-    json["fontSize"] = number(style.fontSize);
-    json["textColor"] = encodeColor(style.textColor);
-    json["backgroundColor"] = encodeColor(style.backgroundColor);
-    json["showShadow"] = style.showShadow;
-    json["showGlassBackground"] = style.showGlassBackground;
-    json["cornerRadius"] = number(style.cornerRadius);
-    json["opacity"] = number(style.opacity);
-    json["textAlignment"] = string(rawValue(style.textAlignment));
-    return json;
+Json encodeValue(TextAlignmentOption alignment) {
+    return encodeValue(rawValue(alignment));
 }
 
-Json encodePanel(const Panel& panel) {
+template <DocumentObject Object> Json encodeValue(const Object& object) {
     Json json = Json::object();
-    json["id"] = string(panel.id.toString(QUuid::WithoutBraces).toUpper());
-    json["name"] = string(panel.name);
-    json["type"] = string(rawValue(panel.type));
-    json["isEnabled"] = panel.isEnabled;
-    json["frame"] = encodeFrame(panel.frame);
-    json["style"] = encodeStyle(panel.style);
-    json["refreshInterval"] = number(panel.refreshInterval);
-    json["shellCommand"] = string(panel.shellCommand);
-    json["filePath"] = string(panel.filePath);
-    json["textTemplate"] = string(panel.textTemplate);
-    json["clockFormat"] = string(panel.clockFormat);
-    json["imageSource"] = string(panel.imageSource);
-    json["webpageURL"] = string(panel.webpageURL);
+    forEachDocumentField(object, [&json](std::string_view key, const auto& member) {
+        json[std::string(key)] = encodeValue(member);
+    });
     return json;
 }
 
@@ -104,7 +85,7 @@ std::optional<QByteArray> encode(const QList<Panel>& panels) {
     Json document = Json::array();
     try {
         for (const Panel& panel : panels)
-            document.push_back(encodePanel(panel));
+            document.push_back(encodeValue(panel));
     } catch (const NonFiniteNumber&) {
         return std::nullopt;
     }

@@ -1,9 +1,15 @@
 #include "model/PanelListReader.h"
 
+#include "model/DocumentFields.h"
+
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
+#include <cstdint>
 #include <string_view>
+#include <type_traits>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -14,7 +20,8 @@ namespace {
 using Json = nlohmann::json;
 
 // Where the value of one key goes. Objects nested in a panel are filled in place.
-using Target = std::variant<double*, bool*, QString*, PanelFrame*, PanelStyle*, CodableColor*>;
+using Target = std::variant<double*, bool*, QString*, QUuid*, PanelType*, TextAlignmentOption*,
+                            PanelFrame*, PanelStyle*, CodableColor*>;
 
 struct Slot {
     std::string_view key;
@@ -24,16 +31,26 @@ struct Slot {
 constexpr int kNoKey = -1;
 constexpr int kUnknownKey = -2;
 
-// One object being read: its keys, which of them were seen, and the key whose value comes
-// next.
+constexpr std::size_t kMostKeys =
+    std::max({documentFieldCount<Panel>, documentFieldCount<PanelFrame>,
+              documentFieldCount<PanelStyle>, documentFieldCount<CodableColor>});
+static_assert(kMostKeys <= 32, "one bit of a seen mask per key");
+
+// One object being read: its keys, which of them were seen, which of those last held a raw
+// string that names nothing, and the key whose value comes next.
 struct OpenObject {
-    std::array<Slot, 13> slots{};
+    std::array<Slot, kMostKeys> slots{};
     int slotCount = 0;
     std::uint32_t seen = 0;
+    std::uint32_t unparsable = 0;
     int pending = kNoKey;
 
-    void add(std::string_view key, Target target) { slots[slotCount++] = {key, target}; }
-    bool complete() const { return seen == (1u << slotCount) - 1; }
+    template <DocumentObject Object> explicit OpenObject(Object& object) {
+        forEachDocumentField(object, [this](std::string_view key, auto& member) {
+            slots[slotCount++] = {key, &member};
+        });
+    }
+    bool complete() const { return seen == (1u << slotCount) - 1 && unparsable == 0; }
     int find(std::string_view key) const {
         for (int i = 0; i < slotCount; ++i) {
             if (slots[i].key == key)
@@ -58,6 +75,38 @@ std::optional<QUuid> parseUuid(const QString& text) {
             return std::nullopt;
     }
     return QUuid::fromString(text);
+}
+
+std::optional<QUuid> parseRaw(const QString& text, const QUuid*) {
+    return parseUuid(text);
+}
+
+std::optional<PanelType> parseRaw(const QString& text, const PanelType*) {
+    return panelTypeFromRaw(text);
+}
+
+std::optional<TextAlignmentOption> parseRaw(const QString& text, const TextAlignmentOption*) {
+    return textAlignmentFromRaw(text);
+}
+
+enum class Placement { Stored, Unparsable, WrongType };
+
+// Puts a string, number or boolean into `member` if its JSON type is the one the member is
+// written as. A member written as a raw string takes only a string that names one of its
+// values.
+template <typename Member, typename Value> Placement place(Member* member, Value& value) {
+    if constexpr (std::is_same_v<Member, Value>) {
+        *member = std::move(value);
+        return Placement::Stored;
+    } else if constexpr (requires { parseRaw(value, member); }) {
+        const auto parsed = parseRaw(value, member);
+        if (!parsed)
+            return Placement::Unparsable;
+        *member = *parsed;
+        return Placement::Stored;
+    } else {
+        return Placement::WrongType;
+    }
 }
 
 // Receives the parser's events (nlohmann's SAX interface); any `false` stops the parse and
@@ -99,9 +148,10 @@ public:
         OpenObject& object = m_objects.back();
         if (!object.complete())
             return false;
-        const bool valid = m_objects.size() == 1 ? closePanel() : closeNested();
+        if (m_objects.size() == 1)
+            m_panels.append(std::move(m_panel));
         m_objects.pop_back();
-        return valid;
+        return true;
     }
 
     bool start_array(std::size_t) {
@@ -153,7 +203,9 @@ private:
         return true;
     }
 
-    // Stores a string, number or boolean in the pending key's place, if its type fits.
+    // Stores a string, number or boolean in the pending key's place, if its type fits. A raw
+    // string that names nothing rejects the object when it closes, so that a later value of
+    // the same key still counts instead.
     template <typename Value> bool scalar(Value value) {
         if (m_skipDepth > 0 || skipsPendingValue())
             return skippedScalar();
@@ -162,32 +214,22 @@ private:
         OpenObject& object = m_objects.back();
         if (object.pending < 0)
             return false;
-        auto* place = std::get_if<Value*>(&object.slots[object.pending].target);
-        if (!place)
+        const Placement placement =
+            std::visit([&value](auto* member) { return place(member, value); },
+                       object.slots[object.pending].target);
+        if (placement == Placement::WrongType)
             return false;
-        **place = std::move(value);
-        object.seen |= 1u << object.pending;
+        const std::uint32_t bit = 1u << object.pending;
+        object.seen |= bit;
+        object.unparsable =
+            placement == Placement::Unparsable ? object.unparsable | bit : object.unparsable & ~bit;
         object.pending = kNoKey;
         return true;
     }
 
     bool openPanel() {
         m_panel = Panel();
-        OpenObject panel;
-        panel.add("id", &m_id);
-        panel.add("name", &m_panel.name);
-        panel.add("type", &m_type);
-        panel.add("isEnabled", &m_panel.isEnabled);
-        panel.add("frame", &m_panel.frame);
-        panel.add("style", &m_panel.style);
-        panel.add("refreshInterval", &m_panel.refreshInterval);
-        panel.add("shellCommand", &m_panel.shellCommand);
-        panel.add("filePath", &m_panel.filePath);
-        panel.add("textTemplate", &m_panel.textTemplate);
-        panel.add("clockFormat", &m_panel.clockFormat);
-        panel.add("imageSource", &m_panel.imageSource);
-        panel.add("webpageURL", &m_panel.webpageURL);
-        m_objects.push_back(panel);
+        m_objects.emplace_back(m_panel);
         return true;
     }
 
@@ -198,58 +240,16 @@ private:
         const Target target = parent.slots[parent.pending].target;
         parent.seen |= 1u << parent.pending;
         parent.pending = kNoKey;
-        OpenObject child;
-        if (auto* frame = std::get_if<PanelFrame*>(&target)) {
-            child.add("x", &(*frame)->x);
-            child.add("y", &(*frame)->y);
-            child.add("width", &(*frame)->width);
-            child.add("height", &(*frame)->height);
-        } else if (auto* style = std::get_if<PanelStyle*>(&target)) {
-            addStyleSlots(child, **style);
-        } else if (auto* color = std::get_if<CodableColor*>(&target)) {
-            child.add("red", &(*color)->red);
-            child.add("green", &(*color)->green);
-            child.add("blue", &(*color)->blue);
-            child.add("alpha", &(*color)->alpha);
-        } else {
-            return false;
-        }
-        m_objects.push_back(child);
-        return true;
-    }
-
-    void addStyleSlots(OpenObject& object, PanelStyle& style) {
-        object.add("fontName", &style.fontName);
-        object.add("fontSize", &style.fontSize);
-        object.add("textColor", &style.textColor);
-        object.add("backgroundColor", &style.backgroundColor);
-        object.add("showShadow", &style.showShadow);
-        object.add("showGlassBackground", &style.showGlassBackground);
-        object.add("cornerRadius", &style.cornerRadius);
-        object.add("opacity", &style.opacity);
-        object.add("textAlignment", &m_alignment);
-    }
-
-    // The style is the only nested object with a raw string to check.
-    bool closeNested() {
-        if (m_objects.back().slots[0].key != "fontName")
-            return true;
-        const auto alignment = textAlignmentFromRaw(m_alignment);
-        if (!alignment)
-            return false;
-        m_panel.style.textAlignment = *alignment;
-        return true;
-    }
-
-    bool closePanel() {
-        const auto id = parseUuid(m_id);
-        const auto type = panelTypeFromRaw(m_type);
-        if (!id || !type)
-            return false;
-        m_panel.id = *id;
-        m_panel.type = *type;
-        m_panels.append(std::move(m_panel));
-        return true;
+        return std::visit(
+            [this](auto* member) {
+                if constexpr (DocumentObject<std::remove_pointer_t<decltype(member)>>) {
+                    m_objects.emplace_back(*member);
+                    return true;
+                } else {
+                    return false;
+                }
+            },
+            target);
     }
 
     std::vector<OpenObject> m_objects;
@@ -258,9 +258,6 @@ private:
     bool m_done = false;
     QList<Panel> m_panels;
     Panel m_panel;
-    QString m_id;
-    QString m_type;
-    QString m_alignment;
 };
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "model/PanelType.h"
 
+#include <QCoreApplication>
+
 namespace corkwheel {
 
 namespace {
@@ -7,18 +9,24 @@ namespace {
 struct PanelTypeInfo {
     PanelType type;
     const char16_t* raw;
-    const char16_t* displayName;
+    // English, and the key to its translation.
+    const char* displayName;
     const char16_t* symbolName;
 };
 
 constexpr PanelTypeInfo kTypes[] = {
-    {PanelType::Shell, u"shell", u"Shell Command", u"terminal"},
-    {PanelType::File, u"file", u"File Content", u"doc.text"},
-    {PanelType::Text, u"text", u"Text", u"textformat"},
-    {PanelType::Clock, u"clock", u"Clock", u"clock"},
-    {PanelType::Image, u"image", u"Image", u"photo"},
-    {PanelType::SystemStats, u"systemStats", u"System Stats", u"gauge.with.dots.needle.50percent"},
-    {PanelType::Webpage, u"webpage", u"Webpage", u"safari"},
+    {PanelType::Shell, u"shell", QT_TRANSLATE_NOOP("corkwheel::PanelType", "Shell Command"),
+     u"terminal"},
+    {PanelType::File, u"file", QT_TRANSLATE_NOOP("corkwheel::PanelType", "File Content"),
+     u"doc.text"},
+    {PanelType::Text, u"text", QT_TRANSLATE_NOOP("corkwheel::PanelType", "Text"), u"textformat"},
+    {PanelType::Clock, u"clock", QT_TRANSLATE_NOOP("corkwheel::PanelType", "Clock"), u"clock"},
+    {PanelType::Image, u"image", QT_TRANSLATE_NOOP("corkwheel::PanelType", "Image"), u"photo"},
+    {PanelType::SystemStats, u"systemStats",
+     QT_TRANSLATE_NOOP("corkwheel::PanelType", "System Stats"),
+     u"gauge.with.dots.needle.50percent"},
+    {PanelType::Webpage, u"webpage", QT_TRANSLATE_NOOP("corkwheel::PanelType", "Webpage"),
+     u"safari"},
 };
 
 const PanelTypeInfo& infoFor(PanelType type) {
@@ -50,7 +58,7 @@ std::optional<PanelType> panelTypeFromRaw(QStringView raw) {
 }
 
 QString displayName(PanelType type) {
-    return QString::fromUtf16(infoFor(type).displayName);
+    return QCoreApplication::translate("corkwheel::PanelType", infoFor(type).displayName);
 }
 
 QString symbolName(PanelType type) {

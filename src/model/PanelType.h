@@ -17,6 +17,7 @@ const QList<PanelType>& allPanelTypes();
 QString rawValue(PanelType type);
 std::optional<PanelType> panelTypeFromRaw(QStringView raw);
 
+// The type's label in menus and lists, translated like the rest of the interface.
 QString displayName(PanelType type);
 QString symbolName(PanelType type);
 

@@ -1,9 +1,32 @@
+#include "model/Panel.h"
 #include "model/PanelType.h"
 #include "model/TextAlignmentOption.h"
 
+#include <QCoreApplication>
 #include <QTest>
+#include <QTranslator>
 
 using namespace corkwheel;
+
+namespace {
+
+// A German translation of one label, installed for as long as it lives.
+class ShellLabelInGerman : public QTranslator {
+public:
+    ShellLabelInGerman() { QCoreApplication::installTranslator(this); }
+
+    bool isEmpty() const override { return false; }
+
+    QString translate(const char* context, const char* sourceText, const char*,
+                      int) const override {
+        if (QByteArrayView(context) == "corkwheel::PanelType" &&
+            QByteArrayView(sourceText) == "Shell Command")
+            return QStringLiteral("Shell-Befehl");
+        return {};
+    }
+};
+
+} // namespace
 
 class PanelTypeTest : public QObject {
     Q_OBJECT
@@ -68,6 +91,17 @@ private Q_SLOTS:
         QCOMPARE(rawValue(TextAlignmentOption::Leading), QStringLiteral("leading"));
         QCOMPARE(rawValue(TextAlignmentOption::Center), QStringLiteral("center"));
         QCOMPARE(rawValue(TextAlignmentOption::Trailing), QStringLiteral("trailing"));
+    }
+
+    void labelsFollowTheInstalledTranslation() {
+        const ShellLabelInGerman german;
+        QCOMPARE(displayName(PanelType::Shell), QStringLiteral("Shell-Befehl"));
+        QCOMPARE(displayName(PanelType::File), QStringLiteral("File Content"));
+    }
+
+    void newPanelIsNamedWithTheTranslatedLabel() {
+        const ShellLabelInGerman german;
+        QCOMPARE(Panel::makeDefault(PanelType::Shell).name, QStringLiteral("Shell-Befehl"));
     }
 
     void unknownAlignmentGivesNoValue() {
