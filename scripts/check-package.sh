@@ -11,7 +11,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
 root=$(repo_root)
 build_dir=$(build_folder)
 app_id=io.github.corkwheel.Corkwheel
-icon_sizes=(16 22 24 32 48 64 128 256 512)
+mapfile -t icon_sizes <"$root/src/app/icons/sizes"
 starter_panels=("Clock" "System Stats" "Uptime")
 
 passed=0

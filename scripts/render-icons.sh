@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Renders the PNG sizes of the application icon from its SVG. The PNGs are committed, so
-# building Corkwheel needs no SVG renderer; run this again after changing the SVG.
+# building Corkwheel needs no SVG renderer; run this again after changing the SVG or the
+# sizes in src/app/icons/sizes, which the install rules and scripts/check-package.sh read too.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 icons="$(repo_root)/src/app/icons"
@@ -8,7 +9,8 @@ app_id=io.github.corkwheel.Corkwheel
 
 install_missing_packages librsvg2-bin
 
-for size in 16 22 24 32 48 64 128 256 512; do
+mapfile -t sizes <"$icons/sizes"
+for size in "${sizes[@]}"; do
     mkdir -p "$icons/${size}x${size}"
     rsvg-convert --width "$size" --height "$size" "$icons/$app_id.svg" \
         --output "$icons/${size}x${size}/$app_id.png"
