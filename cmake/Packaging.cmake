@@ -11,6 +11,11 @@ add_custom_command(OUTPUT ${CORKWHEEL_MANPAGE}.gz
 add_custom_target(corkwheel-manpage ALL DEPENDS ${CORKWHEEL_MANPAGE}.gz)
 install(FILES ${CORKWHEEL_MANPAGE}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
+# Who holds the copyright of what, and under which licence, in the machine-readable form
+# Debian wants at /usr/share/doc/<package>/copyright.
+install(FILES ${PROJECT_SOURCE_DIR}/src/app/copyright
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/corkwheel)
+
 # The Debian package of what the install rules install, built with `cpack -G DEB` in the
 # build folder.
 set(CORKWHEEL_PACKAGE_MAINTAINER "The Corkwheel developers <corkwheel@users.noreply.github.com>"

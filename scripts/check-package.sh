@@ -78,6 +78,7 @@ expected_files() {
         echo "usr/share/icons/hicolor/${size}x${size}/apps/$app_id.png"
     done
     echo usr/share/man/man1/corkwheel.1.gz
+    echo usr/share/doc/corkwheel/copyright
 }
 
 installs_every_file() {
@@ -123,7 +124,20 @@ man_page_renders_cleanly() {
     }
 }
 
-check "installs the executable, plugin, desktop entry, metainfo, icons and man page" \
+# The machine-readable copyright file: Corkwheel under the GPL, version 3 or later, and the
+# bundled symbols under their own ISC licence.
+copyright_is_machine_readable() {
+    local copyright=$1
+    head -n1 "$copyright" |
+        grep -qx 'Format: https://www.debian.org/doc/packaging-manuals/copyright-format/1.0/' &&
+        grep -qx 'License: GPL-3+' "$copyright" && grep -qx 'License: ISC' "$copyright"
+}
+metainfo_is_free_software() {
+    grep -q '<project_license>GPL-3.0-or-later</project_license>' \
+        "$stage/usr/share/metainfo/$app_id.metainfo.xml"
+}
+
+check "installs the executable, plugin, desktop entry, metainfo, icons, man page and copyright" \
     installs_every_file
 check "each PNG icon has its size" icons_have_their_sizes
 check "desktop-file-validate passes" desktop_entry_is_valid
@@ -132,6 +146,9 @@ check "appstreamcli validate --no-net passes" \
 check "appstreamcli validate-tree --no-net passes (metainfo, desktop entry and icon agree)" \
     appstreamcli validate-tree --no-net "$stage"
 check "the man page renders without warnings" man_page_renders_cleanly
+check "the copyright file is machine-readable and names the GPL and ISC licences" \
+    copyright_is_machine_readable "$stage/usr/share/doc/corkwheel/copyright"
+check "the metainfo names the project's licence, GPL-3.0-or-later" metainfo_is_free_software
 
 # ---- The Debian package -------------------------------------------------------------
 
@@ -170,6 +187,8 @@ done
 package_installed=true
 check "apt-get installs the .deb" as_root env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -q --reinstall --no-install-recommends "$deb"
+check "the installed copyright file is machine-readable and names the GPL and ISC licences" \
+    copyright_is_machine_readable /usr/share/doc/corkwheel/copyright
 
 # ---- The installed Corkwheel on a virtual desktop -----------------------------------
 
