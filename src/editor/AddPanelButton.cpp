@@ -25,7 +25,7 @@ QMenu* typeMenu(PanelStore& store, QWidget* parent) {
 } // namespace
 
 AddPanelButton::AddPanelButton(PanelStore& store, QWidget* parent)
-    : QPushButton(Symbols::icon(QStringLiteral("plus")), QStringLiteral("Add Panel"), parent) {
+    : QPushButton(Symbols::icon(QStringLiteral("plus")), tr("Add Panel"), parent) {
     setObjectName(QStringLiteral("addPanelButton"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setMenu(typeMenu(store, this));

@@ -1,35 +1,27 @@
 #pragma once
 
+#include "editor/AppearanceSection.h"
+#include "editor/SourceSection.h"
 #include "engine/RunnerServices.h"
 #include "model/Panel.h"
 
-#include <QString>
+#include <QList>
 #include <QUuid>
 #include <QWidget>
 
 #include <functional>
 #include <memory>
-#include <optional>
 
-class QCheckBox;
-class QComboBox;
-class QFormLayout;
 class QLabel;
-class QLineEdit;
 class QScrollArea;
-class QSlider;
 
 namespace corkwheel {
 
-class ColorWell;
-class FormSection;
-class GrowingTextEdit;
-class LabeledField;
+class InspectorSection;
 class PanelContentView;
 class PanelRunner;
 class PanelStore;
-class PreviewStage;
-class StepperLabel;
+class PreviewSection;
 
 // The editor's detail column: a form that edits every property of one panel, under a live
 // preview drawn by a runner of its own. Each edit hands the whole panel to the store at
@@ -52,33 +44,19 @@ public:
     Panel panel() const;
 
     // Lines the Command and Template fields grow to before they scroll.
-    static constexpr int kMaxSourceLines = 6;
+    static constexpr int kMaxSourceLines = SourceSection::kMaxSourceLines;
     // Slider positions per unit of opacity.
-    static constexpr int kOpacityScale = 1000;
+    static constexpr int kOpacityScale = AppearanceSection::kOpacityScale;
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
     QLabel* buildTitle();
-    FormSection* buildPreviewSection();
-    FormSection* buildGeneralSection();
-    FormSection* buildSourceSection();
-    FormSection* buildAppearanceSection();
-    FormSection* buildPositionSection();
-    void buildSourceRows(PanelType type);
-    void addSourceLine(const QString& label, const QString& name, bool monospaced,
-                       const QString& placeholder = {});
-    void addSourceText(const QString& label, const QString& name, bool monospaced);
-    void addSourceNote(const QString& text);
-    LabeledField* frameField(const QString& label, const QString& name, double PanelFrame::*field);
-
+    QWidget* buildSections();
     void edit(const std::function<void(Panel&)>& change);
     void reload();
     void showPanel(const Panel& panel);
-    void showSource(const Panel& panel);
-    void showAppearance(const PanelStyle& style);
-    void showFont(const QString& fontName);
 
     PanelStore& m_store;
     QUuid m_panelID;
@@ -91,33 +69,8 @@ private:
 
     QScrollArea* m_scrollArea = nullptr;
     QLabel* m_title = nullptr;
-    PreviewStage* m_previewStage = nullptr;
-    QLineEdit* m_nameField = nullptr;
-    QCheckBox* m_enabledToggle = nullptr;
-    StepperLabel* m_refreshStepper = nullptr;
-
-    QFormLayout* m_sourceForm = nullptr;
-    std::optional<PanelType> m_sourceType;
-    // The panel's string that the source rows edit; none for system stats.
-    QString Panel::*m_sourceString = nullptr;
-    QLineEdit* m_sourceLine = nullptr;
-    GrowingTextEdit* m_sourceText = nullptr;
-
-    QFormLayout* m_appearanceForm = nullptr;
-    QComboBox* m_fontPicker = nullptr;
-    StepperLabel* m_fontSizeStepper = nullptr;
-    ColorWell* m_textColorWell = nullptr;
-    ColorWell* m_backgroundColorWell = nullptr;
-    QComboBox* m_alignmentPicker = nullptr;
-    QCheckBox* m_shadowToggle = nullptr;
-    QCheckBox* m_glassToggle = nullptr;
-    StepperLabel* m_cornerRadiusStepper = nullptr;
-    QSlider* m_opacitySlider = nullptr;
-
-    LabeledField* m_xField = nullptr;
-    LabeledField* m_yField = nullptr;
-    LabeledField* m_widthField = nullptr;
-    LabeledField* m_heightField = nullptr;
+    PreviewSection* m_preview = nullptr;
+    QList<InspectorSection*> m_sections;
 };
 
 } // namespace corkwheel

@@ -26,7 +26,7 @@ constexpr int kHeaderTop = 10;
 constexpr int kHeaderBottom = 4;
 
 QLabel* makeHeader(QWidget* parent) {
-    auto* header = new QLabel(QStringLiteral("Panels"), parent);
+    auto* header = new QLabel(SidebarView::tr("Panels"), parent);
     header->setObjectName(QStringLiteral("panelsHeader"));
     header->setFont(
         PanelFonts::systemFont(PanelFonts::sizeOf(PanelFonts::caption()), QFont::DemiBold));
@@ -65,7 +65,7 @@ bool isRightPress(const QEvent& event) {
 SidebarView::SidebarView(PanelStore& store, QWidget* parent)
     : QWidget(parent), m_store(store), m_header(makeHeader(this)), m_list(makeList(this)),
       m_addButton(new AddPanelButton(store, this)) {
-    setWindowTitle(QStringLiteral("Corkwheel"));
+    setWindowTitle(tr("Corkwheel"));
     setMinimumWidth(kMinimumWidth);
 
     // The button sits outside the list's scrolling area, so it stays put however long the
@@ -174,7 +174,7 @@ std::unique_ptr<QMenu> SidebarView::contextMenuFor(int row) {
     if (row < 0 || row >= m_list->count())
         return menu;
     const QUuid id = idAt(row);
-    QAction* remove = menu->addAction(QStringLiteral("Delete"));
+    QAction* remove = menu->addAction(tr("Delete"));
     connect(remove, &QAction::triggered, this, [this, id] { m_store.removePanel(id); });
     return menu;
 }
