@@ -7,6 +7,7 @@
 #include "editor/PreviewStage.h"
 #include "engine/PanelRunner.h"
 #include "render/PanelContentView.h"
+#include "render/TerminalPalette.h"
 
 #include <QLineEdit>
 
@@ -57,6 +58,19 @@ private Q_SLOTS:
         QCOMPARE(colorAt(image, {0, 0}).alpha(), 0);
         QCOMPARE(colorAt(image, {359, 199}).alpha(), 0);
         QVERIFY(qAbs(colorAt(image, {6, 6}).alpha() - top.alpha()) <= 3);
+    }
+
+    void previewShowsTheColoursOfTheCommandsOutput() {
+        Panel panel = Panel::makeDefault(PanelType::Shell);
+        panel.frame = {40, 40, 300, 80};
+        panel.style.fontSize = 36;
+        panel.style.showShadow = false;
+        panel.shellCommand = QStringLiteral(R"(printf '\033[31mMMMM\033[0m')");
+        InspectorView& inspector = open({panel});
+        QTRY_COMPARE(inspector.preview().displayedText(), QStringLiteral("MMMM"));
+        const QImage image = render(inspector.preview(), 1.0);
+        const QRectF all(QPointF(), QSizeF(inspector.preview().size()));
+        QVERIFY(countPixels(image, all, near(TerminalPalette::indexedColor(1), 12)) > 100);
     }
 
     void switchingPanelsStartsTheNewRunnerFromTheNewPanel() {
