@@ -40,6 +40,28 @@ int pixelsNear(const QImage& image, QColor color) {
 
 const QColor kWhite(Qt::white);
 
+// A started shell panel running `command`, in large white text, and its view.
+struct ShellPanelView {
+    explicit ShellPanelView(const char* command)
+        : runner(panelRunning(command), machine.services()), view(runner) {
+        view.resize(kSize.toSize());
+        view.setPanel(runner.panel());
+        runner.start();
+    }
+
+    static Panel panelRunning(const char* command) {
+        Panel panel = Panel::makeDefault(PanelType::Shell);
+        panel.shellCommand = QString::fromUtf8(command);
+        panel.frame = PanelFrame{0, 0, kSize.width(), kSize.height()};
+        panel.style = largeWhiteText();
+        return panel;
+    }
+
+    FakeMachine machine;
+    PanelRunner runner;
+    PanelContentView view;
+};
+
 } // namespace
 
 class TerminalColorsTest : public QObject {
@@ -101,52 +123,28 @@ private Q_SLOTS:
     }
 
     void shellPanelShowsItsOutputsColours() {
-        FakeMachine machine;
-        Panel panel = Panel::makeDefault(PanelType::Shell);
-        panel.shellCommand = QStringLiteral(R"(printf '\033[31mMMMM\033[0m')");
-        panel.frame = PanelFrame{0, 0, kSize.width(), kSize.height()};
-        panel.style = largeWhiteText();
-        PanelRunner runner(panel, machine.services());
-        PanelContentView view(runner);
-        view.resize(kSize.toSize());
-        view.setPanel(panel);
-        runner.start();
-        QTRY_COMPARE(view.displayedText(), QStringLiteral("MMMM"));
-        const QImage image = render(view, 1);
-        QVERIFY(pixelsNear(image, TerminalPalette::indexedColor(1)) > 100);
+        ShellPanelView shown(R"(printf '\033[31mMMMM\033[0m')");
+        QTRY_COMPARE(shown.view.displayedText(), QStringLiteral("MMMM"));
+        QVERIFY(pixelsNear(render(shown.view, 1), TerminalPalette::indexedColor(1)) > 100);
     }
 
     void commandWithOnlyEscapesShowsNoOutput() {
-        FakeMachine machine;
-        Panel panel = Panel::makeDefault(PanelType::Shell);
-        panel.shellCommand = QStringLiteral(R"(printf '\033[31m\033[0m\033]0;title\007\n')");
-        PanelRunner runner(panel, machine.services());
-        PanelContentView view(runner);
-        view.setPanel(panel);
-        runner.start();
-        QTRY_VERIFY(!runner.isRunning());
-        QCOMPARE(view.displayedText(), QStringLiteral("(no output)"));
+        ShellPanelView shown(R"(printf '\033[31m\033[0m\033]0;title\007\n')");
+        QTRY_VERIFY(!shown.runner.isRunning());
+        QCOMPARE(shown.view.displayedText(), QStringLiteral("(no output)"));
     }
 
     void sameTextInAnotherColourIsRedrawn() {
-        FakeMachine machine;
-        Panel panel = Panel::makeDefault(PanelType::Shell);
-        panel.shellCommand = QStringLiteral(R"(printf '\033[31mMMMM')");
-        panel.frame = PanelFrame{0, 0, kSize.width(), kSize.height()};
-        panel.style = largeWhiteText();
-        PanelRunner runner(panel, machine.services());
-        PanelContentView view(runner);
-        view.resize(kSize.toSize());
-        view.setPanel(panel);
-        view.show();
-        runner.start();
-        QTRY_COMPARE(view.displayedText(), QStringLiteral("MMMM"));
-        QTRY_VERIFY(pixelsNear(render(view, 1), TerminalPalette::indexedColor(1)) > 100);
+        ShellPanelView shown(R"(printf '\033[31mMMMM')");
+        shown.view.show();
+        QTRY_COMPARE(shown.view.displayedText(), QStringLiteral("MMMM"));
+        QTRY_VERIFY(pixelsNear(render(shown.view, 1), TerminalPalette::indexedColor(1)) > 100);
 
+        Panel panel = shown.runner.panel();
         panel.shellCommand = QStringLiteral(R"(printf '\033[32mMMMM')");
-        runner.apply(panel);
-        QTRY_VERIFY(pixelsNear(render(view, 1), TerminalPalette::indexedColor(2)) > 100);
-        QCOMPARE(pixelsNear(render(view, 1), TerminalPalette::indexedColor(1)), 0);
+        shown.runner.apply(panel);
+        QTRY_VERIFY(pixelsNear(render(shown.view, 1), TerminalPalette::indexedColor(2)) > 100);
+        QCOMPARE(pixelsNear(render(shown.view, 1), TerminalPalette::indexedColor(1)), 0);
     }
 };
 
