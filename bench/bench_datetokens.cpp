@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // One text-panel refresh: a template with three date tokens, expanded with the user's
 // locale and time zone.
 //

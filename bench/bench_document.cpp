@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Encoding and decoding the panel document, and one frame update in a large store.
 //
 //   build/bench/bench_document

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A title-bar drag among 500 panels, one step per 60 Hz frame as a mouse delivers them: how
 // long one store change and the reconcile pass it causes take, and whether each step, with
 // everything the event loop had to handle since the step before (the window system's

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What one refresh of a starter panel costs to draw: the clock's tick (a new second) and a
 // new reading of the system statistics, each drawn into the panel's kept layer, which
 // compares it with the drawing before and blurs the shadow again only around what changed;

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // CPU time of one full system-stats refresh on this machine: a memory, CPU and volume
 // reading plus a network sample, as a system-stats panel takes them on every refresh.
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What coloured command output costs: parsing a mebibyte of it (the most a command's
 // output keeps) into text and runs, and drawing a panel of it, beside the same text
 // without colours.

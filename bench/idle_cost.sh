@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Idle cost beside a classic desktop monitor, in one run under the same virtual desktop:
 # Corkwheel with its three starter panels, then conky configured to show the same (a clock
 # every second; CPU, memory, disks and a network graph; `uptime` every 5 s), each for the

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Crash safety of the panel document: stores killed with SIGKILL at random moments of their
 # save, eight at a time, each document then read back as the old panels, the new ones or
 # anything else (the test tst_savesafety, with more kills).

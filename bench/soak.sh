@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Long-running cost: twenty panels of every type (one of them a web page) refreshing every
 # second, on the virtual desktop (Xvfb, openbox, picom). Every minute it samples the
 # process's resident memory, open file descriptors, threads and child processes, and at the

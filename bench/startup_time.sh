@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Start-up: from exec of corkwheel to all three starter panels shown, on a virtual desktop
 # (Xvfb, openbox, picom) with empty XDG folders, five times.
 #

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Flags live on INTERFACE targets so every Corkwheel target opts in the same way.
 
 add_library(corkwheel_options INTERFACE)

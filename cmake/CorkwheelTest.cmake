@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # corkwheel_add_test(<name> SOURCES ... [LIBS ...] [ENV VAR=value ...])
 #
 # Builds one Qt Test executable, registers it with CTest and gives it the

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # What a user gets besides the targets' own install rules, and the Debian package of it all.
 # Included after the targets, whose install rules and properties the package reads.
 

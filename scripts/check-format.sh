@@ -1,5 +1,18 @@
 #!/usr/bin/env bash
-# Fails when a C++ file differs from what clang-format makes of it.
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# Fails when a C++ file differs from what clang-format makes of it, or when a source, script
+# or CMake file does not say its licence in its first lines.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format --dry-run --Werror
+
+missing=0
+while IFS= read -r -d '' file; do
+    if ! head -n 3 "$file" | grep -q 'SPDX-License-Identifier: GPL-3.0-or-later'; then
+        echo "$file: no SPDX-License-Identifier line in its first three lines" >&2
+        missing=1
+    fi
+done < <(git ls-files -z '*.cpp' '*.h' '*.sh' '*.cmake' 'CMakeLists.txt' '*/CMakeLists.txt' \
+    '.ci/run' ':!tests/data/*')
+exit $missing

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Checks Corkwheel as a user installs it, from the build/ that scripts/test.sh made
 # (build-debian13/ on Debian 13):
 # the files `cmake --install` puts in place pass the freedesktop validators, and the Debian

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Takes the editor screenshots of docs/screenshots (one per panel type) on a virtual desktop.
 # Needs a build in build/ (build-debian13/ on Debian 13; scripts/test.sh makes one).
 set -euo pipefail

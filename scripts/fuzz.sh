@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs what is missing, builds the libFuzzer targets of the parsers (tests/fuzz) with
 # clang, AddressSanitizer, LeakSanitizer and UndefinedBehaviorSanitizer into build-fuzz/,
 # and runs each target for SECONDS (default 60) on a copy of its seeds, as many at a time

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Runs a command as root in a Debian 13 ("trixie") root file system, with this repository at
 # the same path inside, and exits with the command's status:
 #

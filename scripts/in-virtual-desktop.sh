@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Runs a command on a virtual desktop of its own and takes the desktop down afterwards:
 #
 #   scripts/in-virtual-desktop.sh SESSION COMMAND [ARGUMENT...]

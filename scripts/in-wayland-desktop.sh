@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Runs a command on a headless Wayland desktop of its own and takes it down afterwards:
 #
 #   scripts/in-wayland-desktop.sh COMMAND [ARGUMENT...]

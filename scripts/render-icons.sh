@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Renders the PNG sizes of the application icon from its SVG. The PNGs are committed, so
 # building Corkwheel needs no SVG renderer; run this again after changing the SVG or the
 # sizes in src/app/icons/sizes, which the install rules and scripts/check-package.sh read too.

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs what is missing, builds Corkwheel into build/ (build-debian13/ on Debian 13) and
 # starts it.
 set -euo pipefail

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Installs what is missing, builds Corkwheel and its tests into build/ and runs the whole
 # suite with ctest on a virtual display (Xvfb with openbox and picom) that it starts and
 # stops itself.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Shared by run.sh and test.sh: what Corkwheel needs from Debian 12 or 13, and how it is built.
 
 # The Debian release this runs on: bookworm (12) or trixie (13).

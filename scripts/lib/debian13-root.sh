@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # A Debian 13 root file system, made with debootstrap and kept between runs, in which
 # in-debian13.sh runs commands with chroot: the suite proves on Debian 13 (its Qt, compiler
 # and window managers) what it proves on the Debian 12 machine that runs it.

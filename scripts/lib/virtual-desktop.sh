@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # A private X display with a window manager and a compositor, for the desktop tests.
 #
 #   start_virtual_desktop [SESSION]

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "app/AppDelegate.h"
 #include "app/DisplaySession.h"
 #include "app/SingleInstance.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/ImageDecoder.h"
 
 #include "engine/TildePath.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Built in place of LayerShellSupport.cpp where LayerShellQt is not found.
 
 #include "platform/LayerShellSupport.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The application's own lifetime rules: the editor opens on request and closing it leaves
 // Corkwheel running.
 

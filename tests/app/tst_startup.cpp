@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs the real corkwheel binary with empty XDG folders of its own.
 
 #include "model/PanelDocument.h"

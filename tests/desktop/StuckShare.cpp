@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // stuck-share MOUNTPOINT: mounts a file system that looks like an sshfs share whose server
 // stopped answering. Listing its top folder works, but asking for its capacity (statfs) or
 // opening its one file, note.txt, never returns. Runs until killed; whoever kills it unmounts

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A pointer device plugged into a wlroots compositor for as long as this program runs, moved
 // and pressed on command.
 //

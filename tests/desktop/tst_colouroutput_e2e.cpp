@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The corkwheel binary on an X display of the test's own, showing a command whose output is
 // coloured as a terminal would colour it.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Panel windows on a real X display under a real window manager. CTest runs this test once
 // under each window manager of the desktops Corkwheel is checked with (Openbox, xfwm4,
 // mutter, KWin, and the desktop icons programs of LXQt and Xfce), each on a display of its

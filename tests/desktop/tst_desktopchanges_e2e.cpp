@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The corkwheel binary on an X display of the test's own, where the desktop changes under
 // the shown panels: a compositor starts and quits, as when a session starts its programs in
 // any order or the user restarts it, and the main screen moves, as when a monitor is

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // One panel's desktop window: where it goes, how it switches between pinned and editable,
 // and what move and resize drags write back to the store.
 

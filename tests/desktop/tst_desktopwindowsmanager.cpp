@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The set of desktop windows follows the store: one controller per panel, disabled panels
 // kept but ordered out, every change reconciled at once.
 

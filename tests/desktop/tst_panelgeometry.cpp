@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Where panel windows go and the frames that move and resize drags make.
 
 #include "support/PanelFixtures.h"

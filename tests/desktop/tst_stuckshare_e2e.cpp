@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The corkwheel binary on an X display of the test's own while an sshfs share has stopped
 // answering: asking for its capacity or opening a file on it never returns. Nothing the user
 // sees may freeze, and quitting still takes the panels away.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Panel windows as layer surfaces of a real Wayland compositor: sway, headless, which
 // scripts/in-wayland-desktop.sh starts. The first test runs the corkwheel binary, which must
 // choose Wayland itself (there is no X server to fall back on); the others run the store and

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Takes the editor screenshots shown in the README: one per panel type, each with that
 // panel selected and its live preview, on the X display it runs on. Not a test; run it
 // with scripts/editor-screenshots.sh.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The editor of the real corkwheel binary on an X display with a window manager and a
 // compositor (scripts/test.sh starts Xvfb, openbox and picom), driven with xdotool as a
 // user drives it.

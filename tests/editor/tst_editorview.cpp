@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The editor window as a user meets it: which panel it shows, the placard, the toolbar's
 // switches and the app options, on the offscreen platform.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector's Appearance section: font, colours, alignment, background and opacity.
 
 #include "support/InspectorTesting.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector's General section: the panel's name, whether it is shown, and its refresh
 // interval.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector's Position & Size section: the panel's frame on the desktop.
 
 #include "support/InspectorTesting.h"

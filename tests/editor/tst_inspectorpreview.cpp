@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector's preview: the panel drawn on its stage by the inspector's own runner.
 
 #include "support/InspectorTesting.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector's Source section: the rows that edit the string each panel type reads.
 
 #include "support/InspectorTesting.h"

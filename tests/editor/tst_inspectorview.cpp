@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The inspector: a form over one stored panel, driven as a user drives it, with the preview
 // that its own runner feeds.
 

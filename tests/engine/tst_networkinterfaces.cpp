@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/InterfaceAddress.h"
 #include "engine/InterfaceCounters.h"
 #include "engine/InterfaceDisplayInfo.h"

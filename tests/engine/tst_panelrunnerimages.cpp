@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "support/HostileImages.h"
 #include "support/RunnerFixture.h"
 #include "support/SlowFile.h"

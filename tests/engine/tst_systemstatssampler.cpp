@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
 #include "support/DiskReadings.h"

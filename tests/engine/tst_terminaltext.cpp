@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a terminal would show of a program's output: SGR colours and attributes as runs,
 // every other escape and control sequence gone.
 

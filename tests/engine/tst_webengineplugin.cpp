@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The web engine plugin, loaded the way Corkwheel loads it, with a real QWebEnginePage.
 
 #include "support/PageServer.h"

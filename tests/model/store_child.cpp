@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A panel store in a process of its own, for the tests that kill it during a save, starve its
 // disk or hand it a file that could hang it or fill its memory:
 //

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"

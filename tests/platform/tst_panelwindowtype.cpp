@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The window type a panel window takes under each window manager.
 
 #include "platform/PanelWindowType.h"

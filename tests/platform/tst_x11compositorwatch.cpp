@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Whether a compositing manager runs, followed on a private X server that has none: the
 // test takes and gives up the compositor's selection itself, as a compositor starting and
 // quitting would.

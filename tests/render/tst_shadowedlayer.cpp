@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A drawing with its shadow, kept between redraws: what each redraw reports as changed,
 // and that a layer brought up to date looks exactly like one drawn afresh.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The statistics of a system-stats panel as its content view lays them out and draws them,
 // fed by a real runner reading a made-up machine.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Coloured command output drawn as a terminal would draw it: the runs' colours and
 // attributes on the panel, and the panel's own look everywhere else.
 

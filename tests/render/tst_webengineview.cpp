@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The web engine plugin's web view, as a webpage panel's content view shows it.
 
 #include "support/PageServer.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "support/PrivateConfigHome.h"
 
 // The autostart entry behind "Start at login": where it goes, what it says, and that the

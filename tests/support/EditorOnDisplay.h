@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // The real binary's editor on an X display, as the end-to-end tests find and drive it.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // The main() of a test that runs the web engine. Webpage panels keep their web data under

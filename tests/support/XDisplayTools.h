@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // Shared by the X end-to-end tests: X tools run from a test on a real X display. Everything is

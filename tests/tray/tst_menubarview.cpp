@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "model/PanelStore.h"
 #include "settings/AppSettings.h"
 #include "tray/MenuBarItem.h"
