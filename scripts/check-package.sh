@@ -117,6 +117,21 @@ desktop_entry_is_valid() {
     ! grep -E ': (error|warning):' <<<"$output"
 }
 
+# Each of the launcher's actions runs an option that the installed corkwheel lists in its
+# help, which it prints without a display.
+desktop_actions_run_known_options() {
+    local entry=$stage/usr/share/applications/$app_id.desktop help option found=0
+    help=$("$stage/usr/bin/corkwheel" --help) || return 1
+    while read -r option; do
+        found=$((found + 1))
+        grep -qe "^ *$option " <<<"$help" || {
+            echo "an action runs $option, which corkwheel --help does not list"
+            return 1
+        }
+    done < <(sed -n 's/^Exec=corkwheel \(--[a-z-]*\)$/\1/p' "$entry")
+    [[ $found -eq $(grep '^Actions=' "$entry" | tr -cd ';' | wc -c) ]]
+}
+
 man_page_renders_cleanly() {
     local warnings
     warnings=$(zcat "$stage/usr/share/man/man1/corkwheel.1.gz" | groff -man -ww -z 2>&1)
@@ -143,6 +158,7 @@ check "installs the executable, plugin, desktop entry, metainfo, icons, man page
     installs_every_file
 check "each PNG icon has its size" icons_have_their_sizes
 check "desktop-file-validate passes" desktop_entry_is_valid
+check "the desktop entry's actions run options corkwheel knows" desktop_actions_run_known_options
 check "appstreamcli validate --no-net passes" \
     appstreamcli validate --no-net "$stage/usr/share/metainfo/$app_id.metainfo.xml"
 check "appstreamcli validate-tree --no-net passes (metainfo, desktop entry and icon agree)" \

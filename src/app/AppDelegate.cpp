@@ -51,4 +51,22 @@ void AppDelegate::openSettingsWindow() {
     m_editor->activateWindow();
 }
 
+void AppDelegate::perform(AppAction action) {
+    switch (action) {
+    case AppAction::Settings:
+        openSettingsWindow();
+        return;
+    case AppAction::EditMode:
+        m_store.setEditMode(!m_store.isEditMode());
+        return;
+    case AppAction::HideAll:
+        m_store.setPanelsHidden(!m_store.panelsHidden());
+        return;
+    case AppAction::Quit:
+        // Queued, as from the tray, so that whoever asked gets an answer first.
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        return;
+    }
+}
+
 } // namespace corkwheel

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "app/AppAction.h"
 #include "editor/EditorWindow.h"
 #include "model/PanelStore.h"
 
@@ -42,6 +43,10 @@ public:
 
     // Opens the editor, the application's settings window, and brings it forward.
     void openSettingsWindow();
+
+    // What the tray's items do, asked from outside: the command line, the launcher's
+    // actions and the session bus. Edit mode and hiding switch, as the tray's items do.
+    void perform(AppAction action);
 
 private:
     AppSettings& m_settings;

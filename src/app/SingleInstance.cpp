@@ -27,14 +27,36 @@ SingleInstance::Role SingleInstance::claim(int timeoutMs) {
     QLocalSocket socket;
     socket.connectToServer(m_socketPath);
     if (socket.waitForConnected(timeoutMs))
-        return sendOpenSettingsRequest(socket, timeoutMs) ? Role::Secondary : Role::Failed;
+        return sendRequest(socket, kOpenSettingsRequest, timeoutMs) ? Role::Secondary
+                                                                    : Role::Failed;
     // Without a usable socket Corkwheel still runs; it only loses the second-start request.
     listen();
     return Role::Primary;
 }
 
-bool SingleInstance::sendOpenSettingsRequest(QLocalSocket& socket, int timeoutMs) {
-    socket.write(kOpenSettingsRequest);
+bool SingleInstance::deliver(const QString& socketPath, AppAction action, int timeoutMs) {
+    QLocalSocket socket;
+    socket.connectToServer(socketPath);
+    return socket.waitForConnected(timeoutMs) && sendRequest(socket, requestFor(action), timeoutMs);
+}
+
+QByteArray SingleInstance::requestFor(AppAction action) {
+    // A Corkwheel started before the other actions existed understands this one.
+    if (action == AppAction::Settings)
+        return kOpenSettingsRequest;
+    return appActionName(action).toLatin1() + '\n';
+}
+
+std::optional<AppAction> SingleInstance::actionOf(const QByteArray& request) {
+    if (request == kOpenSettingsRequest)
+        return AppAction::Settings;
+    if (!request.endsWith('\n'))
+        return std::nullopt;
+    return appActionNamed(QString::fromLatin1(request.chopped(1)));
+}
+
+bool SingleInstance::sendRequest(QLocalSocket& socket, const QByteArray& request, int timeoutMs) {
+    socket.write(request);
     if (!socket.waitForBytesWritten(timeoutMs))
         return false;
     while (!socket.canReadLine()) {
@@ -65,10 +87,13 @@ void SingleInstance::serve(QLocalSocket* socket) {
     // Only one short line is ever expected; anything longer is not a request of ours.
     constexpr qint64 kMaxRequestBytes = 64;
     while (socket->canReadLine()) {
-        if (socket->readLine(kMaxRequestBytes) == kOpenSettingsRequest) {
-            Q_EMIT openSettingsRequested();
-            socket->write(kAcknowledgement);
-        }
+        const std::optional<AppAction> action = actionOf(socket->readLine(kMaxRequestBytes));
+        if (!action)
+            continue;
+        // Out before the action runs, so that a quit still answers the start that asked.
+        socket->write(kAcknowledgement);
+        socket->flush();
+        Q_EMIT actionRequested(*action);
     }
     if (socket->bytesAvailable() > kMaxRequestBytes)
         socket->abort();

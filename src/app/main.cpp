@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/AppDelegate.h"
+#include "app/ApplicationBus.h"
+#include "app/CommandLine.h"
 #include "app/DisplaySession.h"
+#include "app/RunningCorkwheel.h"
 #include "app/SingleInstance.h"
 #include "app/TerminationSignals.h"
 #include "settings/AppSettings.h"
@@ -9,9 +12,44 @@
 #include <QApplication>
 #include <QTimer>
 
+#include <cstdio>
+
 using namespace corkwheel;
 
+namespace {
+
+QStringList argumentsOf(int argc, char* argv[]) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+int endWith(const CommandLine& commandLine) {
+    std::fputs(commandLine.standardOutput.toLocal8Bit().constData(), stdout);
+    std::fputs(commandLine.standardError.toLocal8Bit().constData(), stderr);
+    return commandLine.exitCode;
+}
+
+// Edit mode, hiding and quitting act on a running Corkwheel only, and need no display.
+int actOnRunningCorkwheel(int argc, char* argv[], AppAction action) {
+    QCoreApplication app(argc, argv);
+    if (RunningCorkwheel::deliver(action))
+        return 0;
+    std::fputs("Corkwheel is not running\n", stderr);
+    return 1;
+}
+
+} // namespace
+
 int main(int argc, char* argv[]) {
+    const CommandLine commandLine = CommandLine::parse(argumentsOf(argc, argv));
+    if (commandLine.endsAtOnce)
+        return endWith(commandLine);
+    const bool opensSettings = commandLine.action == AppAction::Settings;
+    if (commandLine.action && !opensSettings)
+        return actOnRunningCorkwheel(argc, argv, *commandLine.action);
+
     DisplaySession::applyToEnvironment();
     QApplication app(argc, argv);
     QApplication::setOrganizationName(QStringLiteral("Corkwheel"));
@@ -21,6 +59,8 @@ int main(int argc, char* argv[]) {
     // Closing the editor leaves the panels on the desktop.
     QApplication::setQuitOnLastWindowClosed(false);
 
+    if (opensSettings && RunningCorkwheel::deliverOverBus(AppAction::Settings))
+        return 0;
     SingleInstance instance;
     switch (instance.claim()) {
     case SingleInstance::Role::Secondary:
@@ -37,8 +77,15 @@ int main(int argc, char* argv[]) {
 
     AppSettings settings;
     AppDelegate delegate(settings);
-    QObject::connect(&instance, &SingleInstance::openSettingsRequested, &delegate,
-                     &AppDelegate::openSettingsWindow);
-    QTimer::singleShot(0, &delegate, &AppDelegate::applicationDidFinishLaunching);
+    QObject::connect(&instance, &SingleInstance::actionRequested, &delegate, &AppDelegate::perform);
+    // Without a session bus Corkwheel is still reached through the socket.
+    ApplicationBus bus;
+    QObject::connect(&bus, &ApplicationBus::actionRequested, &delegate, &AppDelegate::perform);
+    bus.publish();
+    QTimer::singleShot(0, &delegate, [&delegate, opensSettings] {
+        delegate.applicationDidFinishLaunching();
+        if (opensSettings)
+            delegate.openSettingsWindow();
+    });
     return app.exec();
 }

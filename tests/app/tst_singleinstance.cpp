@@ -41,6 +41,18 @@ SingleInstance::Role claimFromAnotherThread(const QString& socketPath, int timeo
     return role;
 }
 
+// Delivers from another thread, the way the command line would from another process.
+bool deliverFromAnotherThread(const QString& socketPath, AppAction action) {
+    bool delivered = false;
+    QThread* thread =
+        QThread::create([&] { delivered = SingleInstance::deliver(socketPath, action, 3000); });
+    thread->start();
+    while (!thread->wait(10))
+        QCoreApplication::processEvents();
+    delete thread;
+    return delivered;
+}
+
 // Leaves a bound socket file behind with nobody listening, as a crash would.
 bool makeStaleSocket(const QString& path) {
     const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
@@ -143,19 +155,59 @@ private Q_SLOTS:
     void secondStartAsksTheFirstToOpenSettings() {
         SingleInstance first(socketPath());
         QCOMPARE(first.claim(), SingleInstance::Role::Primary);
-        QSignalSpy requested(&first, &SingleInstance::openSettingsRequested);
+        QSignalSpy requested(&first, &SingleInstance::actionRequested);
 
         QCOMPARE(claimFromAnotherThread(socketPath()), SingleInstance::Role::Secondary);
         QCOMPARE(requested.count(), 1);
+        QCOMPARE(requested.at(0).at(0).value<AppAction>(), AppAction::Settings);
         QCOMPARE(claimFromAnotherThread(socketPath()), SingleInstance::Role::Secondary);
         QCOMPARE(requested.count(), 2);
+    }
+
+    void eachActionReachesTheRunningInstance_data() {
+        QTest::addColumn<AppAction>("action");
+        QTest::newRow("settings") << AppAction::Settings;
+        QTest::newRow("edit-mode") << AppAction::EditMode;
+        QTest::newRow("hide-all") << AppAction::HideAll;
+        QTest::newRow("quit") << AppAction::Quit;
+    }
+
+    void eachActionReachesTheRunningInstance() {
+        QFETCH(AppAction, action);
+        SingleInstance first(socketPath());
+        QCOMPARE(first.claim(), SingleInstance::Role::Primary);
+        QSignalSpy requested(&first, &SingleInstance::actionRequested);
+
+        QVERIFY(deliverFromAnotherThread(socketPath(), action));
+        QCOMPARE(requested.count(), 1);
+        QCOMPARE(requested.at(0).at(0).value<AppAction>(), action);
+    }
+
+    void actionsNamedOnTheSocketAreUnderstood() {
+        SingleInstance first(socketPath());
+        QCOMPARE(first.claim(), SingleInstance::Role::Primary);
+        QSignalSpy requested(&first, &SingleInstance::actionRequested);
+        QLocalSocket client;
+        client.connectToServer(socketPath());
+        QVERIFY(client.waitForConnected(1000));
+        client.write("settings\nedit-mode\nhide-all\nquit\n");
+        QTRY_COMPARE(requested.count(), 4);
+        QCOMPARE(requested.at(0).at(0).value<AppAction>(), AppAction::Settings);
+        QCOMPARE(requested.at(1).at(0).value<AppAction>(), AppAction::EditMode);
+        QCOMPARE(requested.at(2).at(0).value<AppAction>(), AppAction::HideAll);
+        QCOMPARE(requested.at(3).at(0).value<AppAction>(), AppAction::Quit);
+    }
+
+    void deliveringWithNoneRunningFailsAndStartsNothing() {
+        QVERIFY(!SingleInstance::deliver(socketPath(), AppAction::EditMode, 500));
+        QVERIFY(!QFile::exists(socketPath()));
     }
 
     void staleSocketFromACrashDoesNotBlockTheNextStart() {
         QVERIFY(makeStaleSocket(socketPath()));
         SingleInstance next(socketPath());
         QCOMPARE(next.claim(), SingleInstance::Role::Primary);
-        QSignalSpy requested(&next, &SingleInstance::openSettingsRequested);
+        QSignalSpy requested(&next, &SingleInstance::actionRequested);
         QCOMPARE(claimFromAnotherThread(socketPath()), SingleInstance::Role::Secondary);
         QCOMPARE(requested.count(), 1);
     }
@@ -199,11 +251,11 @@ private Q_SLOTS:
     void otherMessagesAreIgnored() {
         SingleInstance first(socketPath());
         QCOMPARE(first.claim(), SingleInstance::Role::Primary);
-        QSignalSpy requested(&first, &SingleInstance::openSettingsRequested);
+        QSignalSpy requested(&first, &SingleInstance::actionRequested);
         QLocalSocket stranger;
         stranger.connectToServer(socketPath());
         QVERIFY(stranger.waitForConnected(1000));
-        stranger.write("quit\n" + QByteArray(200, 'x') + "\n");
+        stranger.write("shutdown\nquit now\n" + QByteArray(200, 'x') + "\n");
         QVERIFY(stranger.waitForBytesWritten(1000));
         QTest::qWait(200);
         QCOMPARE(requested.count(), 0);

@@ -25,6 +25,8 @@ private:
         // With a display, the offscreen platform sets up GLX for the shared OpenGL context,
         // and Mesa's driver leaks, which the sanitizer build turns into a failed exit.
         env.remove(QStringLiteral("DISPLAY"));
+        // The running one is reached through its socket; no bus is asked.
+        env.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
         env.insert(QStringLiteral("XDG_DATA_HOME"), m_home->filePath(QStringLiteral("data")));
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home->filePath(QStringLiteral("config")));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_home->filePath(QStringLiteral("runtime")));
@@ -47,6 +49,37 @@ private:
         QLocalSocket probe;
         probe.connectToServer(m_home->filePath(QStringLiteral("runtime/corkwheel.socket")));
         return probe.waitForConnected(100);
+    }
+
+    struct Ended {
+        int exitCode = -1;
+        QString output;
+        QString error;
+    };
+
+    static Ended runToTheEnd(const QStringList& arguments, const QProcessEnvironment& env) {
+        QProcess process;
+        process.setProcessEnvironment(env);
+        process.start(QStringLiteral(CORKWHEEL_BINARY), arguments);
+        Ended ended;
+        if (!process.waitForFinished(10000)) {
+            process.kill();
+            process.waitForFinished();
+            return ended;
+        }
+        if (process.exitStatus() == QProcess::NormalExit)
+            ended.exitCode = process.exitCode();
+        ended.output = QString::fromLocal8Bit(process.readAllStandardOutput());
+        ended.error = QString::fromLocal8Bit(process.readAllStandardError());
+        return ended;
+    }
+
+    // Neither a display nor a platform to show anything on.
+    QProcessEnvironment withoutDisplay() const {
+        QProcessEnvironment env = environment();
+        for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+            env.remove(QString::fromLatin1(name));
+        return env;
     }
 
     static void stop(QProcess& process) {
@@ -105,6 +138,59 @@ private Q_SLOTS:
         QCOMPARE(second.exitCode(), 0);
         QCOMPARE(first.state(), QProcess::Running);
         stop(first);
+    }
+
+    void helpAndVersionPrintWithoutADisplay_data() {
+        QTest::addColumn<QString>("option");
+        QTest::addColumn<QString>("printed");
+        QTest::newRow("help") << QStringLiteral("--help")
+                              << QStringLiteral("Usage: corkwheel [options]\n");
+        QTest::newRow("version") << QStringLiteral("--version") << QStringLiteral("corkwheel 0.");
+    }
+
+    void helpAndVersionPrintWithoutADisplay() {
+        QFETCH(QString, option);
+        QFETCH(QString, printed);
+        const Ended ended = runToTheEnd({option}, withoutDisplay());
+        QCOMPARE(ended.exitCode, 0);
+        QVERIFY2(ended.output.startsWith(printed), qPrintable(ended.output));
+        QVERIFY2(ended.error.isEmpty(), qPrintable(ended.error));
+    }
+
+    void unknownOptionPrintsTheUsageToStandardErrorAndEndsWith2() {
+        const Ended ended = runToTheEnd({QStringLiteral("--frobnicate")}, withoutDisplay());
+        QCOMPARE(ended.exitCode, 2);
+        QVERIFY(ended.output.isEmpty());
+        QVERIFY2(ended.error.contains(QStringLiteral("Usage: corkwheel [options]")),
+                 qPrintable(ended.error));
+        QVERIFY(!QFile::exists(documentPath()));
+    }
+
+    void actionWithNoneRunningSaysSoAndStartsNothing_data() {
+        QTest::addColumn<QString>("option");
+        QTest::newRow("edit-mode") << QStringLiteral("--edit-mode");
+        QTest::newRow("hide-all") << QStringLiteral("--hide-all");
+        QTest::newRow("quit") << QStringLiteral("--quit");
+    }
+
+    void actionWithNoneRunningSaysSoAndStartsNothing() {
+        QFETCH(QString, option);
+        const Ended ended = runToTheEnd({option}, environment());
+        QCOMPARE(ended.exitCode, 1);
+        QCOMPARE(ended.error, QStringLiteral("Corkwheel is not running\n"));
+        QVERIFY(!isListening());
+        QVERIFY(!QFile::exists(documentPath()));
+    }
+
+    void quitEndsTheRunningCorkwheel() {
+        QProcess corkwheel;
+        start(corkwheel);
+        QTRY_VERIFY_WITH_TIMEOUT(isListening(), 5000);
+        const Ended ended = runToTheEnd({QStringLiteral("--quit")}, withoutDisplay());
+        QCOMPARE(ended.exitCode, 0);
+        QVERIFY(corkwheel.waitForFinished(5000));
+        QCOMPARE(corkwheel.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(corkwheel.exitCode(), 0);
     }
 
     void keptDocumentIsNotRewrittenAtStart() {

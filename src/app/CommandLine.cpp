@@ -1,0 +1,86 @@
+#include "app/CommandLine.h"
+
+#include <QCommandLineParser>
+
+#include <array>
+
+namespace corkwheel {
+
+namespace {
+
+struct ActionOption {
+    AppAction action;
+    const char* description;
+};
+
+constexpr std::array<ActionOption, 4> kActionOptions = {{
+    {AppAction::Settings,
+     "Open the settings window of the running Corkwheel, or start Corkwheel with it open."},
+    {AppAction::EditMode, "Switch edit mode of the running Corkwheel on or off."},
+    {AppAction::HideAll, "Hide all panels of the running Corkwheel, or show them again."},
+    {AppAction::Quit, "Quit the running Corkwheel."},
+}};
+
+const QCommandLineOption kHelp({QStringLiteral("h"), QStringLiteral("help")},
+                               QStringLiteral("Show this help and exit."));
+const QCommandLineOption kVersion({QStringLiteral("v"), QStringLiteral("version")},
+                                  QStringLiteral("Show the version and exit."));
+
+void addOptions(QCommandLineParser& parser) {
+    parser.setApplicationDescription(QStringLiteral("Small information panels on the desktop."));
+    parser.addOption(kHelp);
+    parser.addOption(kVersion);
+    for (const ActionOption& option : kActionOptions) {
+        parser.addOption(QCommandLineOption(appActionName(option.action),
+                                            QString::fromLatin1(option.description)));
+    }
+}
+
+// Without an application object the parser cannot know the program's name; the usage line
+// names the command as it is installed.
+QString usage(const QCommandLineParser& parser) {
+    QString text = parser.helpText();
+    return QStringLiteral("Usage: corkwheel [options]") + text.mid(text.indexOf(u'\n'));
+}
+
+CommandLine endingWith(int exitCode, const QString& output, const QString& error) {
+    CommandLine result;
+    result.endsAtOnce = true;
+    result.exitCode = exitCode;
+    result.standardOutput = output;
+    result.standardError = error;
+    return result;
+}
+
+CommandLine mistake(const QCommandLineParser& parser, const QString& why) {
+    return endingWith(CommandLine::kUsageExitCode, {},
+                      QStringLiteral("corkwheel: ") + why + u'\n' + usage(parser));
+}
+
+} // namespace
+
+CommandLine CommandLine::parse(const QStringList& arguments) {
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments))
+        return mistake(parser, parser.errorText());
+    if (!parser.positionalArguments().isEmpty()) {
+        return mistake(parser, QStringLiteral("unexpected argument '%1'")
+                                   .arg(parser.positionalArguments().constFirst()));
+    }
+    if (parser.isSet(kHelp))
+        return endingWith(0, usage(parser), {});
+    if (parser.isSet(kVersion))
+        return endingWith(0, QStringLiteral("corkwheel " CORKWHEEL_VERSION "\n"), {});
+    CommandLine result;
+    for (const ActionOption& option : kActionOptions) {
+        if (!parser.isSet(appActionName(option.action)))
+            continue;
+        if (result.action)
+            return mistake(parser, QStringLiteral("give only one action at a time"));
+        result.action = option.action;
+    }
+    return result;
+}
+
+} // namespace corkwheel

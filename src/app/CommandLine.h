@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/AppAction.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace corkwheel {
+
+// What Corkwheel's arguments ask for, decided before anything else starts: either to end at
+// once with a text and an exit status (help, version, a mistake in the arguments), or to run,
+// with an action for the running Corkwheel or, for a plain start, none.
+struct CommandLine {
+    bool endsAtOnce = false;
+    int exitCode = 0;
+    QString standardOutput;
+    QString standardError;
+    std::optional<AppAction> action;
+
+    // `arguments` as main() gets them, the program first. Needs no application object, so
+    // that help and version work without a display.
+    static CommandLine parse(const QStringList& arguments);
+
+    static constexpr int kUsageExitCode = 2;
+};
+
+} // namespace corkwheel
