@@ -4,8 +4,11 @@
 #include "desktop/PanelResizeHandle.h"
 #include "desktop/PanelSnapGuides.h"
 #include "desktop/PanelTitleBar.h"
+#include "desktop/TitleBarFrost.h"
 #include "engine/PanelRunner.h"
 #include "render/PanelContentView.h"
+
+#include <QPaintEvent>
 
 namespace corkwheel {
 
@@ -19,10 +22,12 @@ DesktopPanelHostView::DesktopPanelHostView(PanelRunner& runner, QWidget* parent)
             &DesktopPanelHostView::resizeDragged);
     connect(m_resizeHandle, &PanelResizeHandle::dragEnded, this,
             &DesktopPanelHostView::resizeDragEnded);
+    m_content->installEventFilter(this);
     setPanel(m_panel, false);
 }
 
 void DesktopPanelHostView::setPanel(const Panel& panel, bool editMode) {
+    const bool editModeStarts = editMode && !m_editMode;
     m_panel = panel;
     m_editMode = editMode;
     m_content->setPanel(panel);
@@ -32,6 +37,10 @@ void DesktopPanelHostView::setPanel(const Panel& panel, bool editMode) {
     m_snapGuides->setVisible(editMode);
     m_titleBar->setVisible(editMode);
     layoutChildren();
+    // Later changes reach the bar through the content's paints; the first frost must not
+    // wait for a paint that a hidden window never gets.
+    if (editModeStarts)
+        queueFrost();
 }
 
 const Panel& DesktopPanelHostView::panel() const {
@@ -53,6 +62,48 @@ void DesktopPanelHostView::setSnapGuides(const QList<QLineF>& guides) {
 void DesktopPanelHostView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutChildren();
+}
+
+// The title bar is frosted again whenever the content paints under it: a new second of a
+// clock, a resize. Its own repaints paint the content beneath it too, but then what the
+// content draws there is the same, and the frost stays as it is.
+bool DesktopPanelHostView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_content && event->type() == QEvent::Paint && !m_drawingFrost &&
+        static_cast<QPaintEvent*>(event)->region().intersects(m_titleBar->geometry())) {
+        queueFrost();
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// After the paint that asked for it, once, however many paints asked.
+void DesktopPanelHostView::queueFrost() {
+    if (!m_editMode || m_frostQueued)
+        return;
+    m_frostQueued = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_frostQueued = false;
+            refreshFrost();
+        },
+        Qt::QueuedConnection);
+}
+
+void DesktopPanelHostView::refreshFrost() {
+    if (!m_editMode || m_titleBar->width() <= 0)
+        return;
+    const double ratio = devicePixelRatioF();
+    const QSize size = m_titleBar->size();
+    QImage under(size * ratio, QImage::Format_ARGB32_Premultiplied);
+    under.setDevicePixelRatio(ratio);
+    under.fill(Qt::transparent);
+    m_drawingFrost = true;
+    m_content->render(&under, QPoint(), QRegion(QRect(QPoint(), size)), QWidget::DrawChildren);
+    m_drawingFrost = false;
+    if (under == m_underTitleBar && m_titleBar->hasFrost())
+        return;
+    m_underTitleBar = under;
+    m_titleBar->setFrost(TitleBarFrost::frost(under));
 }
 
 void DesktopPanelHostView::layoutChildren() {

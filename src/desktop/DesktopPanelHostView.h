@@ -2,6 +2,7 @@
 
 #include "model/Panel.h"
 
+#include <QImage>
 #include <QLineF>
 #include <QList>
 #include <QPointF>
@@ -49,12 +50,19 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void layoutChildren();
+    void queueFrost();
+    void refreshFrost();
 
     Panel m_panel;
     bool m_editMode = false;
+    bool m_frostQueued = false;
+    bool m_drawingFrost = false;
+    // What the content drew under the title bar when it was last frosted.
+    QImage m_underTitleBar;
     // In stacking order, bottom first: the chrome lies over the content, the title bar over
     // the rest of it, and the snap guides on top, so that one along the top edge shows.
     PanelContentView* m_content;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QImage>
+
+namespace corkwheel {
+
+// The frosted glass of the edit-mode title bar, made from what the panel draws beneath it:
+// blurred so that none of its detail shows through, laid on dark glass so the bar is
+// opaque, hazed a little so a black panel still shows a pane, and darkened as far as the
+// bar's white name and symbol need to stand out clearly on its brightest spot.
+namespace TitleBarFrost {
+
+// In points; scaled to the image's device pixels.
+inline constexpr double kBlurRadius = 4;
+inline constexpr int kBlurPasses = 3;
+// The relative luminance the bar never goes above: white on it has a contrast of 4.5:1
+// at the least, with some margin.
+inline constexpr double kBrightest = 0.16;
+
+// `under` is what the panel draws under the bar, at its device pixel ratio.
+QImage frost(const QImage& under);
+
+// The relative luminance of an sRGB colour, 0 for black to 1 for white.
+double luminance(QRgb colour);
+
+} // namespace TitleBarFrost
+
+} // namespace corkwheel
