@@ -32,18 +32,20 @@ void PanelTitleBar::setContent(const QString& name, const QString& symbolName, d
 
 void PanelTitleBar::setFrost(const QImage& frost) {
     m_frost = frost;
+    m_frostSize = size();
     update();
 }
 
 // A frost of another width is from before a resize, and would leave part of the bar clear.
 void PanelTitleBar::paintGlass(QPainter& painter, const QPainterPath& shape) const {
-    if (m_frost.isNull() || m_frost.deviceIndependentSize().toSize() != size()) {
+    if (m_frost.isNull() || m_frostSize != size()) {
         GlassBackground::fill(painter, shape);
         return;
     }
     painter.save();
     painter.setClipPath(shape, Qt::IntersectClip);
-    painter.drawImage(QPointF(), m_frost);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(rect()), m_frost);
     painter.restore();
 }
 

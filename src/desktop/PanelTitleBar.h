@@ -21,7 +21,8 @@ public:
     void setContent(const QString& name, const QString& symbolName, double cornerRadius,
                     double panelHeight);
 
-    // What the panel draws under the bar, frosted; replaces the one before.
+    // What the panel draws under the bar now, frosted, at any size: it is stretched over the
+    // bar. Replaces the one before.
     void setFrost(const QImage& frost);
     bool hasFrost() const { return !m_frost.isNull(); }
 
@@ -47,6 +48,8 @@ private:
     double m_cornerRadius = 0;
     double m_panelHeight = 0;
     QImage m_frost;
+    // The bar's size when it was handed the frost.
+    QSize m_frostSize;
 };
 
 } // namespace corkwheel

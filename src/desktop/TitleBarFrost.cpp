@@ -74,16 +74,18 @@ double luminance(QRgb colour) {
 QImage frost(const QImage& under) {
     if (under.isNull())
         return {};
-    const int radius =
-        std::max(1, static_cast<int>(std::lround(kBlurRadius * under.devicePixelRatio())));
-    const QImage blurred = BoxBlur::blurColours(under, radius, kBlurPasses);
-    QImage glass(under.size(), QImage::Format_RGB32);
-    glass.setDevicePixelRatio(under.devicePixelRatio());
+    const QSizeF points = under.deviceIndependentSize();
+    const QSize shrunk(std::max(1, static_cast<int>(std::ceil(points.width() / kShrink))),
+                       std::max(1, static_cast<int>(std::ceil(points.height() / kShrink))));
+    QImage small = under.scaled(shrunk, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    small.setDevicePixelRatio(1);
+    const QImage blurred = BoxBlur::blurColours(small, kBlurRadius, kBlurPasses);
+    QImage glass(shrunk, QImage::Format_RGB32);
     glass.fill(kGlass);
     {
         QPainter painter(&glass);
         painter.drawImage(QPointF(), blurred);
-        painter.fillRect(QRectF(QPointF(), glass.deviceIndependentSize()), kHaze);
+        painter.fillRect(glass.rect(), kHaze);
     }
     darken(glass);
     return glass;
