@@ -10,6 +10,9 @@
 #include "platform/DesktopPlatform.h"
 #include "render/PanelContentView.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace corkwheel {
 
 DesktopPanelController::DesktopPanelController(const Panel& panel, PanelStore* store,
@@ -96,20 +99,48 @@ void DesktopPanelController::followMainScreen() {
 
 // The drag's translation is measured from where it began, so every frame is computed from
 // the frame at the start of the drag; nothing accumulates.
-void DesktopPanelController::moveDragged(QPointF translation) {
+void DesktopPanelController::moveDragged(QPointF translation, Qt::KeyboardModifiers modifiers) {
     if (!m_dragStartFrame)
         m_dragStartFrame = m_placedFrame;
-    applyLiveFrame(PanelGeometry::moved(*m_dragStartFrame, translation));
+    applySnapped(PanelGeometry::moved(*m_dragStartFrame, translation), PanelSnapping::Drag::Move,
+                 modifiers);
 }
 
-void DesktopPanelController::resizeDragged(QPointF translation) {
+void DesktopPanelController::resizeDragged(QPointF translation, Qt::KeyboardModifiers modifiers) {
     if (!m_dragStartFrame)
         m_dragStartFrame = m_placedFrame;
-    applyLiveFrame(PanelGeometry::resized(*m_dragStartFrame, translation));
+    applySnapped(PanelGeometry::resized(*m_dragStartFrame, translation),
+                 PanelSnapping::Drag::Resize, modifiers);
+}
+
+void DesktopPanelController::setSnapTargets(SnapTargets targets) {
+    m_snapTargets = std::move(targets);
+}
+
+void DesktopPanelController::applySnapped(const QRectF& proposed, PanelSnapping::Drag drag,
+                                          Qt::KeyboardModifiers modifiers) {
+    const QList<QRectF> others = m_snapTargets ? m_snapTargets() : QList<QRectF>();
+    const PanelSnapping::Snapped snapped =
+        PanelSnapping::snap(proposed, drag, others, screenArea(proposed), modifiers);
+    applyLiveFrame(snapped.frame);
+    QList<QLineF> guides;
+    guides.reserve(snapped.guides.size());
+    for (const QLineF& guide : snapped.guides)
+        guides.append(guide.translated(-snapped.frame.topLeft()));
+    m_hostView->setSnapGuides(guides);
+}
+
+// The available area of the screen the frame is on, or of the main one when it is on none.
+QRectF DesktopPanelController::screenArea(const QRectF& rect) const {
+    QScreen* screen = QGuiApplication::screenAt(rect.center().toPoint());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    return screen ? QRectF(screen->availableGeometry()) : QRectF();
 }
 
 void DesktopPanelController::dragEnded() {
     m_dragStartFrame.reset();
+    m_hostView->setSnapGuides({});
     commitFrame();
 }
 

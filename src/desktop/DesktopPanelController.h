@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "desktop/PanelSnapping.h"
 #include "engine/RunnerServices.h"
 #include "model/Panel.h"
 
@@ -11,6 +12,7 @@
 #include <QPointer>
 #include <QRectF>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -24,7 +26,8 @@ class PanelStore;
 
 // Keeps one panel's desktop window in step with the panel: places it at the panel's frame,
 // switches it between pinned to the desktop and editable, shows or hides it, and turns the
-// user's move and resize drags into frames that it writes back to the store.
+// user's move and resize drags into frames, lined up with the other panels and the screen,
+// that it writes back to the store.
 class DesktopPanelController : public QObject {
     Q_OBJECT
 
@@ -43,6 +46,13 @@ public:
     PanelFrame lastPushedFrame() const { return m_lastPushedFrame; }
     DesktopPanelWindow* window() const { return m_window.get(); }
     DesktopPanelHostView* hostView() const { return m_hostView; }
+    // Where the window is, in global coordinates, unrounded.
+    QRectF placedFrame() const { return m_placedFrame; }
+
+    // The frames, in global coordinates, of the other panels that a drag lines this one up
+    // with; asked at every step of a drag.
+    using SnapTargets = std::function<QList<QRectF>()>;
+    void setSnapTargets(SnapTargets targets);
     PanelRunner& runner() const { return *m_runner; }
 
     // Translucent over a compositor, over a dark fill without one; again whenever a
@@ -56,8 +66,11 @@ private:
     void connectDrags();
     void pushHostContent(bool editMode);
     void updateBlurShape();
-    void moveDragged(QPointF translation);
-    void resizeDragged(QPointF translation);
+    void moveDragged(QPointF translation, Qt::KeyboardModifiers modifiers);
+    void resizeDragged(QPointF translation, Qt::KeyboardModifiers modifiers);
+    void applySnapped(const QRectF& proposed, PanelSnapping::Drag drag,
+                      Qt::KeyboardModifiers modifiers);
+    QRectF screenArea(const QRectF& rect) const;
     void dragEnded();
     void applyLiveFrame(const QRectF& rect);
     void commitFrame();
@@ -72,6 +85,7 @@ private:
     // In global coordinates, unrounded: the window itself can only sit on whole pixels.
     QRectF m_placedFrame;
     std::optional<QRectF> m_dragStartFrame;
+    SnapTargets m_snapTargets;
     std::optional<bool> m_lastEditMode;
     std::optional<bool> m_lastHidden;
     QPainterPath m_blurShape;

@@ -4,6 +4,9 @@
 
 #include "model/Panel.h"
 
+#include <QImage>
+#include <QLineF>
+#include <QList>
 #include <QPointF>
 #include <QWidget>
 
@@ -13,13 +16,15 @@ class PanelContentView;
 class PanelOutline;
 class PanelResizeHandle;
 class PanelRunner;
+class PanelSnapGuides;
 class PanelTitleBar;
 
 // The root view of a panel window: the panel's content at the panel's size and, in edit
 // mode, the editing chrome: an accent outline, a title bar that moves the panel and a
 // round handle in the bottom-right corner that resizes it. Drags are reported as
 // translations from where the drag began, in global coordinates (x right, y down), so they
-// stay right while the window moves under the pointer.
+// stay right while the window moves under the pointer; Shift held during a drag asks for
+// the frame as dragged, without lining it up with anything.
 class DesktopPanelHostView : public QWidget {
     Q_OBJECT
 
@@ -33,28 +38,40 @@ public:
 
     PanelContentView* contentView() const;
 
+    // Lines where a drag has lined the panel up, in this view's coordinates; none clears them.
+    void setSnapGuides(const QList<QLineF>& guides);
+    PanelSnapGuides* snapGuides() const { return m_snapGuides; }
+
     static constexpr int kTitleBarHeight = 26;
 
 Q_SIGNALS:
-    void moveDragged(QPointF translation);
+    void moveDragged(QPointF translation, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void moveDragEnded();
-    void resizeDragged(QPointF translation);
+    void resizeDragged(QPointF translation, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void resizeDragEnded();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void layoutChildren();
+    void queueFrost();
+    void refreshFrost();
 
     Panel m_panel;
     bool m_editMode = false;
-    // In stacking order, bottom first: the chrome lies over the content, the title bar on
-    // top of everything.
+    bool m_frostQueued = false;
+    bool m_drawingFrost = false;
+    // What the content drew under the title bar when it was last frosted.
+    QImage m_underTitleBar;
+    // In stacking order, bottom first: the chrome lies over the content, the title bar over
+    // the rest of it, and the snap guides on top, so that one along the top edge shows.
     PanelContentView* m_content;
     PanelOutline* m_outline;
     PanelResizeHandle* m_resizeHandle;
     PanelTitleBar* m_titleBar;
+    PanelSnapGuides* m_snapGuides;
 };
 
 } // namespace corkwheel

@@ -89,6 +89,8 @@ void DesktopWindowsManager::reconcile(const QList<Panel>& panels, bool editMode,
                 continue;
             auto controller = std::make_unique<DesktopPanelController>(panel, m_store.data(),
                                                                        m_platform, m_services);
+            const QUuid id = panel.id;
+            controller->setSnapTargets([this, id] { return framesShownBesides(id); });
             found = m_controllers.insert_or_assign(panel.id, std::move(controller)).first;
         }
         found->second->apply(panel, editMode, panelHidden);
@@ -109,6 +111,16 @@ void DesktopWindowsManager::removeControllersNotIn(const QList<Panel>& panels) {
         tearDown(*it->second);
         it = m_controllers.erase(it);
     }
+}
+
+// A drag lines a panel up with the enabled panels only: the others are not on the desktop.
+QList<QRectF> DesktopWindowsManager::framesShownBesides(const QUuid& id) const {
+    QList<QRectF> frames;
+    for (const auto& [otherId, controller] : m_controllers) {
+        if (otherId != id && controller->panel().isEnabled)
+            frames.append(controller->placedFrame());
+    }
+    return frames;
 }
 
 // The refresh timer stops first, so no refresh fires for a panel that is already gone.

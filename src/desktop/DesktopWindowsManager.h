@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <QPointer>
+#include <QRectF>
 #include <QUuid>
 
 #include <map>
@@ -50,6 +51,7 @@ private:
     void reconcile(const QList<Panel>& panels, bool editMode, bool hidden);
     void removeControllersNotIn(const QList<Panel>& panels);
     void tearDown(DesktopPanelController& controller);
+    QList<QRectF> framesShownBesides(const QUuid& id) const;
 
     std::unique_ptr<DesktopPlatform> m_ownedPlatform;
     DesktopPlatform& m_platform;

@@ -16,7 +16,7 @@ void DragArea::mousePressEvent(QMouseEvent* event) {
 
 void DragArea::mouseMoveEvent(QMouseEvent* event) {
     if (const auto translation = m_drag.translation(event->globalPosition()))
-        Q_EMIT dragged(*translation);
+        Q_EMIT dragged(*translation, event->modifiers());
 }
 
 void DragArea::mouseReleaseEvent(QMouseEvent* event) {

@@ -10,7 +10,8 @@
 namespace corkwheel {
 
 // A widget that reports left-button drags on it: every movement as the translation from
-// the press, in global coordinates, and the release, also after a press without movement.
+// the press, in global coordinates, with the keys held at that moment, and the release,
+// also after a press without movement.
 class DragArea : public QWidget {
     Q_OBJECT
 
@@ -18,7 +19,7 @@ public:
     using QWidget::QWidget;
 
 Q_SIGNALS:
-    void dragged(QPointF translation);
+    void dragged(QPointF translation, Qt::KeyboardModifiers modifiers);
     void dragEnded();
 
 protected:

@@ -9,6 +9,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QPainterPath>
 
 #include <algorithm>
 
@@ -31,6 +32,25 @@ void PanelTitleBar::setContent(const QString& name, const QString& symbolName, d
     update();
 }
 
+void PanelTitleBar::setFrost(const QImage& frost) {
+    m_frost = frost;
+    m_frostSize = size();
+    update();
+}
+
+// A frost of another width is from before a resize, and would leave part of the bar clear.
+void PanelTitleBar::paintGlass(QPainter& painter, const QPainterPath& shape) const {
+    if (m_frost.isNull() || m_frostSize != size()) {
+        GlassBackground::fill(painter, shape);
+        return;
+    }
+    painter.save();
+    painter.setClipPath(shape, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(QRectF(rect()), m_frost);
+    painter.restore();
+}
+
 QFont PanelTitleBar::nameFont() const {
     return PanelFonts::systemFont(kNameSize, QFont::DemiBold);
 }
@@ -49,7 +69,7 @@ void PanelTitleBar::paintEvent(QPaintEvent*) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     const QRectF bar(rect());
     const QRectF panel(0, 0, bar.width(), std::max(m_panelHeight, bar.height()));
-    GlassBackground::fill(painter, PanelShapes::topStrip(panel, m_cornerRadius, bar.height()));
+    paintGlass(painter, PanelShapes::topStrip(panel, m_cornerRadius, bar.height()));
     painter.fillRect(QRectF(0, bar.height() - 1, bar.width(), 1),
                      QColor::fromRgbF(1, 1, 1, static_cast<float>(kHairlineOpacity)));
 

@@ -3,6 +3,7 @@
 #include "render/BoxBlur.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 namespace corkwheel::BoxBlur {
@@ -89,7 +90,65 @@ void blurColumns(QImage& alpha, const QRect& area, int radius) {
     }
 }
 
+// One 8-bit image per channel of `image` (premultiplied ARGB), each `margin` pixels larger
+// on every side, filled there with the nearest edge pixel.
+std::array<QImage, 4> paddedChannels(const QImage& image, int margin) {
+    const QSize size = image.size() + QSize(2 * margin, 2 * margin);
+    std::array<QImage, 4> channels;
+    for (QImage& channel : channels)
+        channel = QImage(size, QImage::Format_Alpha8);
+    for (int y = 0; y < size.height(); ++y) {
+        const int sourceY = std::clamp(y - margin, 0, image.height() - 1);
+        const auto* source = reinterpret_cast<const QRgb*>(image.constScanLine(sourceY));
+        std::array<uchar*, 4> rows{};
+        for (size_t c = 0; c < 4; ++c)
+            rows[c] = channels[c].scanLine(y);
+        for (int x = 0; x < size.width(); ++x) {
+            const QRgb pixel = source[std::clamp(x - margin, 0, image.width() - 1)];
+            rows[0][x] = static_cast<uchar>(qAlpha(pixel));
+            rows[1][x] = static_cast<uchar>(qRed(pixel));
+            rows[2][x] = static_cast<uchar>(qGreen(pixel));
+            rows[3][x] = static_cast<uchar>(qBlue(pixel));
+        }
+    }
+    return channels;
+}
+
+// The middle of the padded channels, merged back into one image of `size`.
+QImage merged(const std::array<QImage, 4>& channels, QSize size, int margin) {
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < size.height(); ++y) {
+        auto* target = reinterpret_cast<QRgb*>(image.scanLine(y));
+        std::array<const uchar*, 4> rows{};
+        for (size_t c = 0; c < 4; ++c)
+            rows[c] = channels[c].constScanLine(y + margin) + margin;
+        for (int x = 0; x < size.width(); ++x) {
+            // Each channel was blurred alone; rounding can leave a colour a step above its
+            // alpha, which premultiplied pixels must not be.
+            const int alpha = rows[0][x];
+            target[x] = qRgba(std::min<int>(rows[1][x], alpha), std::min<int>(rows[2][x], alpha),
+                              std::min<int>(rows[3][x], alpha), alpha);
+        }
+    }
+    return image;
+}
+
 } // namespace
+
+QImage blurColours(const QImage& image, int radius, int passes) {
+    QImage source = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (radius <= 0 || passes <= 0 || source.isNull())
+        return source;
+    const int margin = radius * passes;
+    std::array<QImage, 4> channels = paddedChannels(source, margin);
+    for (QImage& channel : channels) {
+        for (int pass = 0; pass < passes; ++pass)
+            blur(channel, channel.rect(), radius);
+    }
+    QImage blurred = merged(channels, source.size(), margin);
+    blurred.setDevicePixelRatio(image.devicePixelRatio());
+    return blurred;
+}
 
 void blur(QImage& alpha, const QRect& area, int radius) {
     if (radius <= 0 || area.isEmpty())

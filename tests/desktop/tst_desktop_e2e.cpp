@@ -377,6 +377,22 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(savedFrame(wide), smallest, kWait);
     }
 
+    void moveDragEndingNearAnotherPanelSavesItLinedUp() {
+        const Panel still = filledPanel(QStringLiteral("E2E Still"), {600, 300, 300, 80});
+        const Panel mover = filledPanel(QStringLiteral("E2E Mover"), {100, 600, 300, 80});
+        startInProcess({still, mover});
+        store().setEditMode(true);
+        const WId window = windowOf(mover);
+        QTRY_VERIFY_WITH_TIMEOUT(isViewable(window), kWait);
+        QTest::qWait(300);
+        // Lets go 5 points right of the still panel's left edge.
+        const QPoint titleBar(160, 613);
+        drag(titleBar, titleBar + QPoint(505, 0));
+        const PanelFrame linedUp{600, 600, 300, 80};
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), QRect(600, 600, 300, 80), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(savedFrame(mover), linedUp, kWait);
+    }
+
     void disabledAndHiddenPanelsAreUnmapped() {
         startInProcess({m_alpha, m_beta, m_off});
         const WId alpha = windowOf(m_alpha);

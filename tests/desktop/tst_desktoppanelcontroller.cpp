@@ -169,8 +169,9 @@ private Q_SLOTS:
     void everyDragStepAndItsEndWriteTheStore() {
         auto controller = makeEditableController();
         QSignalSpy changes(&store(), &PanelStore::panelsChanged);
-        Q_EMIT controller->hostView()->moveDragged(QPointF(1, 1));
-        Q_EMIT controller->hostView()->moveDragged(QPointF(2, 2));
+        // With Shift held: the right edge would otherwise line up with the screen's centre.
+        Q_EMIT controller->hostView()->moveDragged(QPointF(1, 1), Qt::ShiftModifier);
+        Q_EMIT controller->hostView()->moveDragged(QPointF(2, 2), Qt::ShiftModifier);
         Q_EMIT controller->hostView()->moveDragEnded();
         QCOMPARE(changes.count(), 3);
         QCOMPARE(storedPanel().frame, (PanelFrame{42, 42, 360, 80}));

@@ -14,6 +14,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cmath>
+
 using namespace corkwheel;
 using namespace corkwheel::test;
 
@@ -45,6 +47,53 @@ std::function<bool(QColor)> accent() {
     return near(Theme::accent(), 30);
 }
 
+// The panel's text in black, tall thin strokes from the top-left corner on: sharp edges under
+// the title bar.
+Panel stripedPanel() {
+    Panel panel = panelNamed(QStringLiteral("A"));
+    panel.textTemplate = QStringLiteral("IIIIIIIIIIIIIIIIIIII");
+    panel.style.fontSize = 40;
+    panel.style.textColor = CodableColor{0, 0, 0, 1};
+    panel.style.backgroundColor = CodableColor{1, 1, 1, 1};
+    return panel;
+}
+
+// The title bar right of its short name, where only the glass shows.
+const QRectF kBarBeyondName(60, 3, 170, 20);
+
+double relativeLuminance(QColor colour) {
+    const auto linear = [](double value) {
+        return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+// The largest step in brightness between neighbouring pixels along the rows of `area`.
+int sharpestStep(const QImage& image, const QRectF& area) {
+    const double ratio = image.devicePixelRatio();
+    const QRect pixels = QRectF(area.topLeft() * ratio, area.size() * ratio).toAlignedRect();
+    int sharpest = 0;
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        for (int x = pixels.left(); x < pixels.right(); ++x) {
+            const int step = std::abs(qGray(image.pixel(x, y)) - qGray(image.pixel(x + 1, y)));
+            sharpest = std::max(sharpest, step);
+        }
+    }
+    return sharpest;
+}
+
+// How white stands out on the brightest pixel of `area`, as a contrast ratio.
+double whiteContrast(const QImage& image, const QRectF& area) {
+    const double ratio = image.devicePixelRatio();
+    const QRect pixels = QRectF(area.topLeft() * ratio, area.size() * ratio).toAlignedRect();
+    double brightest = 0;
+    for (int y = pixels.top(); y <= pixels.bottom(); ++y) {
+        for (int x = pixels.left(); x <= pixels.right(); ++x)
+            brightest = std::max(brightest, relativeLuminance(image.pixelColor(x, y)));
+    }
+    return 1.05 / (brightest + 0.05);
+}
 } // namespace
 
 class DesktopPanelHostViewTest : public QObject {
@@ -175,6 +224,64 @@ private Q_SLOTS:
         QCOMPARE(colorAt(image, QPointF(0.5, 0.5)).alpha(), 0);
         QCOMPARE(colorAt(image, QPointF(0.5, 159.5)).alpha(), 0);
         QCOMPARE(colorAt(image, QPointF(239.5, 159.5)).alpha(), 0);
+    }
+
+    void titleBarFrostsTheContentBeneathIt_data() { addRatios(); }
+
+    void titleBarFrostsTheContentBeneathIt() {
+        QFETCH(double, ratio);
+        DesktopPanelHostView& view = host(stripedPanel(), false);
+        // Pinned, the strokes are as sharp as they are drawn.
+        QVERIFY(sharpestStep(render(view, ratio), kBarBeyondName) > 150);
+        view.setPanel(stripedPanel(), true);
+        QTRY_VERIFY(titleBar()->hasFrost());
+        const int step = sharpestStep(render(view, ratio), kBarBeyondName);
+        QVERIFY2(step < 25, qPrintable(QString::number(step)));
+    }
+
+    void titleBarNameStandsOutOnWhiteAndOnBlackPanel_data() {
+        QTest::addColumn<double>("shade");
+        QTest::newRow("white") << 1.0;
+        QTest::newRow("black") << 0.0;
+    }
+
+    void titleBarNameStandsOutOnWhiteAndOnBlackPanel() {
+        QFETCH(double, shade);
+        Panel panel = panelNamed(QStringLiteral("A"));
+        panel.style.backgroundColor = CodableColor{shade, shade, shade, 1};
+        DesktopPanelHostView& view = host(panel, true);
+        QTRY_VERIFY(titleBar()->hasFrost());
+        const QImage image = render(view, 1);
+        const double contrast = whiteContrast(image, kBarBeyondName);
+        QVERIFY2(contrast >= 4.5, qPrintable(QString::number(contrast)));
+        // The name is drawn in white on it.
+        QVERIFY(countPixels(image, QRectF(24, 3, 20, 20), near(Qt::white, 30)) > 0);
+    }
+
+    // Its own repaints paint the content beneath it too; that alone never frosts it again.
+    void shownTitleBarComesToRestOverUnchangedContent() {
+        DesktopPanelHostView& view = host(stripedPanel(), true);
+        PaintCounter paints(*titleBar());
+        view.show();
+        QVERIFY(paints.settle());
+        QTRY_VERIFY(titleBar()->hasFrost());
+        QTest::qWait(100);
+        const int before = paints.count;
+        QTest::qWait(300);
+        QCOMPARE(paints.count, before);
+    }
+
+    void newContentUnderTheTitleBarIsFrostedAgain() {
+        Panel panel = stripedPanel();
+        DesktopPanelHostView& view = host(panel, true);
+        view.show();
+        QTRY_VERIFY(titleBar()->hasFrost());
+        const QColor white = colorAt(render(view, 1), QPointF(200, 13));
+        panel.style.backgroundColor = CodableColor{0, 0, 1, 1};
+        view.setPanel(panel, true);
+        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, 13)).blue() >
+                    colorAt(render(view, 1), QPointF(200, 13)).red() + 20);
+        QVERIFY(white.blue() < white.red() + 5);
     }
 
     void titleBarDragReportsTheGlobalTranslation() {

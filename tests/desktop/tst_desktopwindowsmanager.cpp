@@ -11,6 +11,7 @@
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
 #include "desktop/DesktopWindowsManager.h"
+#include "desktop/PanelSnapGuides.h"
 #include "engine/PanelRunner.h"
 
 #include <QSignalSpy>
@@ -292,6 +293,35 @@ private Q_SLOTS:
         QCOMPARE(written.count(), 1);
         QCOMPARE(m_fixture->savedPanels().at(1).frame, (PanelFrame{240, 200.5, 280, 210}));
         QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(240, 201, 280, 210));
+    }
+
+    // Away from the lines of the offscreen screen (800 × 600): x 0, 400, 800 and y 0, 300, 600.
+    void moveDragLinesUpWithEnabledPanelsOnlyAndShowsGuide() {
+        const Panel shown = textPanel(QStringLiteral("Shown"), {100, 40, 200, 80});
+        const Panel off = textPanel(QStringLiteral("Off"), {500, 400, 200, 60}, false);
+        const Panel mover = textPanel(QStringLiteral("Mover"), {40, 200, 150, 90});
+        start({shown, off, mover});
+        store().setEditMode(true);
+        DesktopPanelHostView* host = controllerOf(mover)->hostView();
+
+        // 5 points right of the shown panel's left edge: lined up, with the guide along the
+        // mover's left edge, reaching up to the shown panel.
+        Q_EMIT host->moveDragged(QPointF(65, 0));
+        QCOMPARE(controllerOf(mover)->panel().frame, (PanelFrame{100, 200, 150, 90}));
+        QCOMPARE(host->snapGuides()->guides(), (QList<QLineF>{QLineF(0, -160, 0, 90)}));
+
+        // 3 points right of the disabled panel's left edge: left where dragged.
+        Q_EMIT host->moveDragged(QPointF(463, 0));
+        QCOMPARE(controllerOf(mover)->panel().frame, (PanelFrame{503, 200, 150, 90}));
+        QVERIFY(host->snapGuides()->guides().isEmpty());
+
+        Q_EMIT host->moveDragged(QPointF(65, 0), Qt::ShiftModifier);
+        QCOMPARE(controllerOf(mover)->panel().frame, (PanelFrame{105, 200, 150, 90}));
+
+        Q_EMIT host->moveDragged(QPointF(65, 0));
+        Q_EMIT host->moveDragEnded();
+        QCOMPARE(store().panels().at(2).frame, (PanelFrame{100, 200, 150, 90}));
+        QVERIFY(host->snapGuides()->guides().isEmpty());
     }
 
     void dragStepAmongFiveHundredPanelsTouchesOnlyTheDraggedWindow() {
