@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What a ticking clock panel costs on the CPU in edit mode, next to the same panel pinned:
 // edit mode adds the outline, the resize handle and the frosted title bar, which is made
 // again whenever the clock's new text is drawn under it. A clock that moves a second at

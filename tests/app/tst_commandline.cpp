@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // What each set of arguments asks for, decided before Corkwheel starts anything.
 
 #include "app/CommandLine.h"

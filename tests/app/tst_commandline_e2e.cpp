@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The command line's actions on the real corkwheel binary running on an X display with a window
 // manager (scripts/test.sh starts Xvfb, openbox and picom), reached through the local socket
 // and through the session bus, and checked the way the window system sees them.

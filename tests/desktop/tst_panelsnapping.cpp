@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // How a dragged panel lines up with the panels around it and with its screen.
 
 #include "desktop/PanelSnapping.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // The corkwheel command run to its end beside a running CorkwheelProcess, in the same session:
