@@ -265,6 +265,24 @@ second_start_opens_the_editor() {
     kill -0 "$corkwheel_pid" && within 10 window_is_mapped Corkwheel
 }
 
+# Runs the Exec line of each action of the installed desktop entry, as a launcher would, and
+# sees it reach the running Corkwheel (a command that finds none exits 1). Edit mode and
+# hiding are toggles: each runs twice, to leave the panels as they were.
+desktop_actions_reach_the_running_corkwheel() {
+    local command
+    while read -r command; do
+        for _ in 1 2; do
+            HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" \
+                XDG_RUNTIME_DIR="$home/runtime" timeout 15 $command || {
+                echo "$command did not reach the running Corkwheel"
+                return 1
+            }
+        done
+    done < <(sed -n 's/^Exec=\(corkwheel --[a-z-]*\)$/\/usr\/bin\/\1/p' \
+        "/usr/share/applications/$app_id.desktop")
+    kill -0 "$corkwheel_pid"
+}
+
 home="$work/first-start"
 start_corkwheel "$home"
 for panel in "${starter_panels[@]}"; do
@@ -274,6 +292,8 @@ check "panels.json is written, readable by its owner only" \
     within 5 owner_only_file "$home/data/Corkwheel/panels.json"
 check "a second start opens the editor of the running Corkwheel and exits" \
     second_start_opens_the_editor
+check "each action of the desktop entry reaches the running Corkwheel" \
+    desktop_actions_reach_the_running_corkwheel
 stop_corkwheel
 
 # A webpage panel of its own, on a page from the repository, to see the installed
