@@ -84,9 +84,11 @@ start_session_bus() {
 }
 
 # start_until <what> <shell test> <log> <command...>: starts the command in the background
-# and waits up to 10 s for the test to pass. A client that exits meanwhile is started again,
+# and waits up to 30 s for the test to pass. A client that exits meanwhile is started again,
 # up to three times in all: right after a display was stopped, a new one on the same number
-# can refuse the first connection (picom then gives up with "Can't open display").
+# can refuse the first connection (picom then gives up with "Can't open display"). One that
+# is still starting is waited for, never started twice: a second pcmanfm-qt finds the first
+# on the session bus and exits.
 start_until() {
     local what=$1 test=$2 log=$3
     shift 3
@@ -95,11 +97,12 @@ start_until() {
         "$@" >>"$log" 2>&1 &
         pid=$!
         VIRTUAL_DESKTOP_PIDS+=("$pid")
-        for ((tries = 0; tries < 100; tries++)); do
+        for ((tries = 0; tries < 300; tries++)); do
             bash -c "$test" 2>/dev/null && return 0
             kill -0 "$pid" 2>/dev/null || break
             sleep 0.1
         done
+        kill -0 "$pid" 2>/dev/null && break
     done
     echo "$what did not start on $DISPLAY" >&2
     cat "$log" >&2
