@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <vector>
 
 namespace corkwheel::BoxBlur {
@@ -90,63 +91,74 @@ void blurColumns(QImage& alpha, const QRect& area, int radius) {
     }
 }
 
-// One 8-bit image per channel of `image` (premultiplied ARGB), each `margin` pixels larger
-// on every side, filled there with the nearest edge pixel.
-std::array<QImage, 4> paddedChannels(const QImage& image, int margin) {
-    const QSize size = image.size() + QSize(2 * margin, 2 * margin);
-    std::array<QImage, 4> channels;
-    for (QImage& channel : channels)
-        channel = QImage(size, QImage::Format_Alpha8);
-    for (int y = 0; y < size.height(); ++y) {
-        const int sourceY = std::clamp(y - margin, 0, image.height() - 1);
-        const auto* source = reinterpret_cast<const QRgb*>(image.constScanLine(sourceY));
-        std::array<uchar*, 4> rows{};
+// One box blur of `radius` along a line of `count` pixels of four channels each, starting
+// at `first` and `stride` values apart. The line's end pixels count as repeated beyond its
+// ends. `line` is room for a copy of it, to read from while it is written.
+void blurLine(int* first, int count, ptrdiff_t stride, int radius, std::vector<int>& line) {
+    line.resize(static_cast<size_t>(count) * 4);
+    for (int i = 0; i < count; ++i)
+        std::copy_n(first + i * stride, 4, line.begin() + static_cast<ptrdiff_t>(i) * 4);
+    const auto pixel = [&](int i) {
+        return line.data() + static_cast<ptrdiff_t>(std::clamp(i, 0, count - 1)) * 4;
+    };
+    std::array<int, 4> sums{};
+    for (int i = -radius; i <= radius; ++i) {
         for (size_t c = 0; c < 4; ++c)
-            rows[c] = channels[c].scanLine(y);
-        for (int x = 0; x < size.width(); ++x) {
-            const QRgb pixel = source[std::clamp(x - margin, 0, image.width() - 1)];
-            rows[0][x] = static_cast<uchar>(qAlpha(pixel));
-            rows[1][x] = static_cast<uchar>(qRed(pixel));
-            rows[2][x] = static_cast<uchar>(qGreen(pixel));
-            rows[3][x] = static_cast<uchar>(qBlue(pixel));
+            sums[c] += pixel(i)[c];
+    }
+    const Mean mean(2 * radius + 1);
+    for (int i = 0; i < count; ++i) {
+        int* values = first + i * stride;
+        const int* entering = pixel(i + radius + 1);
+        const int* leaving = pixel(i - radius);
+        for (size_t c = 0; c < 4; ++c) {
+            values[c] = mean(sums[c]);
+            sums[c] += entering[c] - leaving[c];
         }
     }
-    return channels;
-}
-
-// The middle of the padded channels, merged back into one image of `size`.
-QImage merged(const std::array<QImage, 4>& channels, QSize size, int margin) {
-    QImage image(size, QImage::Format_ARGB32_Premultiplied);
-    for (int y = 0; y < size.height(); ++y) {
-        auto* target = reinterpret_cast<QRgb*>(image.scanLine(y));
-        std::array<const uchar*, 4> rows{};
-        for (size_t c = 0; c < 4; ++c)
-            rows[c] = channels[c].constScanLine(y + margin) + margin;
-        for (int x = 0; x < size.width(); ++x) {
-            // Each channel was blurred alone; rounding can leave a colour a step above its
-            // alpha, which premultiplied pixels must not be.
-            const int alpha = rows[0][x];
-            target[x] = qRgba(std::min<int>(rows[1][x], alpha), std::min<int>(rows[2][x], alpha),
-                              std::min<int>(rows[3][x], alpha), alpha);
-        }
-    }
-    return image;
 }
 
 } // namespace
 
+// The channels are worked on side by side, as integers: the images this is for are small,
+// and splitting them into a plane per channel cost more than the blur itself.
 QImage blurColours(const QImage& image, int radius, int passes) {
-    QImage source = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    if (radius <= 0 || passes <= 0 || source.isNull())
-        return source;
-    const int margin = radius * passes;
-    std::array<QImage, 4> channels = paddedChannels(source, margin);
-    for (QImage& channel : channels) {
-        for (int pass = 0; pass < passes; ++pass)
-            blur(channel, channel.rect(), radius);
+    QImage blurred = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    if (radius <= 0 || passes <= 0 || blurred.isNull())
+        return blurred;
+    const int width = blurred.width();
+    const int height = blurred.height();
+    const ptrdiff_t rowStride = static_cast<ptrdiff_t>(width) * 4;
+    std::vector<int> values(static_cast<size_t>(rowStride) * height);
+    for (int y = 0; y < height; ++y) {
+        const auto* row = reinterpret_cast<const QRgb*>(blurred.constScanLine(y));
+        int* to = values.data() + y * rowStride;
+        for (int x = 0; x < width; ++x, to += 4) {
+            to[0] = qAlpha(row[x]);
+            to[1] = qRed(row[x]);
+            to[2] = qGreen(row[x]);
+            to[3] = qBlue(row[x]);
+        }
     }
-    QImage blurred = merged(channels, source.size(), margin);
-    blurred.setDevicePixelRatio(image.devicePixelRatio());
+    std::vector<int> line;
+    for (int pass = 0; pass < passes; ++pass) {
+        for (int y = 0; y < height; ++y)
+            blurLine(values.data() + y * rowStride, width, 4, radius, line);
+        for (int x = 0; x < width; ++x)
+            blurLine(values.data() + static_cast<ptrdiff_t>(x) * 4, height, rowStride, radius,
+                     line);
+    }
+    for (int y = 0; y < height; ++y) {
+        auto* row = reinterpret_cast<QRgb*>(blurred.scanLine(y));
+        const int* from = values.data() + y * rowStride;
+        for (int x = 0; x < width; ++x, from += 4) {
+            // Each channel was blurred alone; rounding can leave a colour a step above its
+            // alpha, which premultiplied pixels must not be.
+            const int alpha = from[0];
+            row[x] = qRgba(std::min(from[1], alpha), std::min(from[2], alpha),
+                           std::min(from[3], alpha), alpha);
+        }
+    }
     return blurred;
 }
 

@@ -13,8 +13,8 @@ namespace corkwheel::BoxBlur {
 void blur(QImage& alpha, const QRect& area, int radius);
 
 // The same `passes` times over every channel of a colour image, which comes back as
-// ARGB32_Premultiplied. Beyond its edges the image counts as repeating its edge pixels, so
-// the edges keep their colour instead of fading out.
+// ARGB32_Premultiplied. Beyond its edges the image counts as repeating its edge pixels at
+// each pass, so the edges keep their colour instead of fading out.
 QImage blurColours(const QImage& image, int radius, int passes);
 
 } // namespace corkwheel::BoxBlur

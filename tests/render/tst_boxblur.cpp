@@ -72,6 +72,31 @@ private Q_SLOTS:
         QVERIFY(at(image, 20, 20) < 255);
         QVERIFY(at(image, 21, 21) > 0);
     }
+
+    // Unlike the alpha blur, beyond the edges of a colour image its edge pixels repeat: an
+    // even colour stays even right up to its edges.
+    void colourBlurKeepsAnEvenColourUpToItsEdges() {
+        QImage image(12, 5, QImage::Format_ARGB32_Premultiplied);
+        image.fill(QColor(200, 40, 10));
+        const QImage blurred = BoxBlur::blurColours(image, 2, 3);
+        QCOMPARE(blurred.format(), QImage::Format_ARGB32_Premultiplied);
+        QCOMPARE(blurred.pixelColor(0, 0), QColor(200, 40, 10));
+        QCOMPARE(blurred.pixelColor(11, 4), QColor(200, 40, 10));
+        QCOMPARE(blurred.pixelColor(6, 2), QColor(200, 40, 10));
+    }
+
+    void colourBlurSpreadsEachChannelAlone() {
+        QImage image(9, 9, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        image.setPixelColor(4, 4, QColor(255, 0, 90));
+        const QImage blurred = BoxBlur::blurColours(image, 1, 1);
+        // 255 / 3 / 3 = 28.3 and 90 / 9 = 10 over the 3 × 3 around it; alpha stays whole.
+        for (int y = 3; y <= 5; ++y) {
+            for (int x = 3; x <= 5; ++x)
+                QCOMPARE(blurred.pixelColor(x, y), QColor(28, 0, 10));
+        }
+        QCOMPARE(blurred.pixelColor(2, 4), QColor(Qt::black));
+    }
 };
 
 QTEST_MAIN(BoxBlurTest)
