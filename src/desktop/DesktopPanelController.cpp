@@ -10,9 +10,6 @@
 #include "platform/DesktopPlatform.h"
 #include "render/PanelContentView.h"
 
-#include <QGuiApplication>
-#include <QScreen>
-
 namespace corkwheel {
 
 DesktopPanelController::DesktopPanelController(const Panel& panel, PanelStore* store,
@@ -130,12 +127,9 @@ void DesktopPanelController::applySnapped(const QRectF& proposed, PanelSnapping:
     m_hostView->setSnapGuides(guides);
 }
 
-// The available area of the screen the frame is on, or of the main one when it is on none.
+// The work area of the screen the frame is on, or of the main one when it is on none.
 QRectF DesktopPanelController::screenArea(const QRectF& rect) const {
-    QScreen* screen = QGuiApplication::screenAt(rect.center().toPoint());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    return screen ? QRectF(screen->availableGeometry()) : QRectF();
+    return QRectF(m_platform.workAreaAt(rect.center().toPoint()).value_or(QRect()));
 }
 
 void DesktopPanelController::dragEnded() {

@@ -46,6 +46,10 @@ public:
     // became the main one, or it moved or changed size, as when a monitor is plugged in or
     // the screens are arranged anew. One watcher at a time; an empty function ends the calls.
     virtual void watchMainScreen(std::function<void()> changed) = 0;
+    // The part of the screen at `point` (Qt's global coordinates) that ordinary windows may
+    // take: without the desktop's docks and panels, where the window system tells. The main
+    // screen's when the point is on none; none without a screen.
+    virtual std::optional<QRect> workAreaAt(QPoint point) const = 0;
 
     // Whether a compositing manager runs, so translucent windows really are translucent.
     virtual bool hasCompositor() const = 0;

@@ -75,6 +75,15 @@ std::optional<QRect> QtDesktopPlatform::mainScreenGeometry() const {
     return screen->geometry();
 }
 
+std::optional<QRect> QtDesktopPlatform::workAreaAt(QPoint point) const {
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return std::nullopt;
+    return screen->availableGeometry();
+}
+
 void QtDesktopPlatform::watchMainScreen(std::function<void()> changed) {
     m_mainScreenChanged = std::move(changed);
     m_screenWatch.reset();

@@ -24,6 +24,7 @@ public:
     void close(QWidget* window) override;
     std::optional<QRect> mainScreenGeometry() const override;
     void watchMainScreen(std::function<void()> changed) override;
+    std::optional<QRect> workAreaAt(QPoint point) const override;
     bool hasCompositor() const override;
     void watchCompositor(std::function<void()> changed) override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;

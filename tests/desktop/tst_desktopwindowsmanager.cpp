@@ -295,7 +295,7 @@ private Q_SLOTS:
         QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(240, 201, 280, 210));
     }
 
-    // Away from the lines of the offscreen screen (800 × 600): x 0, 400, 800 and y 0, 300, 600.
+    // Away from the lines of the screen (1920 × 1080): x 0, 960, 1920 and y 0, 540, 1080.
     void moveDragLinesUpWithEnabledPanelsOnlyAndShowsGuide() {
         const Panel shown = textPanel(QStringLiteral("Shown"), {100, 40, 200, 80});
         const Panel off = textPanel(QStringLiteral("Off"), {500, 400, 200, 60}, false);
@@ -322,6 +322,20 @@ private Q_SLOTS:
         Q_EMIT host->moveDragEnded();
         QCOMPARE(store().panels().at(2).frame, (PanelFrame{100, 200, 150, 90}));
         QVERIFY(host->snapGuides()->guides().isEmpty());
+    }
+
+    // A desktop panel along the top of the screen: the top of what windows may take is
+    // where a dragged panel lines up, not the screen's own edge beneath that panel.
+    void moveDragLinesUpWithTheTopOfTheWorkArea() {
+        m_platform->workArea = QRect(0, 32, 1920, 1048);
+        const Panel mover = textPanel(QStringLiteral("Mover"), {40, 200, 150, 90});
+        start({mover});
+        store().setEditMode(true);
+        DesktopPanelHostView* host = controllerOf(mover)->hostView();
+        Q_EMIT host->moveDragged(QPointF(0, -163));
+        QCOMPARE(controllerOf(mover)->panel().frame, (PanelFrame{40, 32, 150, 90}));
+        Q_EMIT host->moveDragged(QPointF(0, -196));
+        QCOMPARE(controllerOf(mover)->panel().frame, (PanelFrame{40, 4, 150, 90}));
     }
 
     void dragStepAmongFiveHundredPanelsTouchesOnlyTheDraggedWindow() {

@@ -71,6 +71,7 @@ public:
             onClose(window);
     }
     std::optional<QRect> mainScreenGeometry() const override { return screen; }
+    std::optional<QRect> workAreaAt(QPoint) const override { return workArea ? workArea : screen; }
     void watchMainScreen(std::function<void()> changed) override {
         mainScreenWatcher = std::move(changed);
     }
@@ -116,6 +117,8 @@ public:
     }
 
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
+    // The screen less the desktop's docks and panels; the whole screen when none.
+    std::optional<QRect> workArea;
     bool compositor = true;
     std::function<void()> compositorWatcher;
     std::function<void()> mainScreenWatcher;
