@@ -10,7 +10,9 @@
 #include "engine/PanelRunner.h"
 #include "render/PanelContentView.h"
 
-#include <QPaintEvent>
+#include <QRegion>
+
+#include <utility>
 
 namespace corkwheel {
 
@@ -24,7 +26,12 @@ DesktopPanelHostView::DesktopPanelHostView(PanelRunner& runner, QWidget* parent)
             &DesktopPanelHostView::resizeDragged);
     connect(m_resizeHandle, &PanelResizeHandle::dragEnded, this,
             &DesktopPanelHostView::resizeDragEnded);
-    m_content->installEventFilter(this);
+    connect(m_content, &PanelContentView::changed, this, [this](const QRegion& area) {
+        if (!area.intersects(m_titleBar->geometry()))
+            return;
+        m_changedUnderTitleBar |= area;
+        queueFrost();
+    });
     setPanel(m_panel, false);
 }
 
@@ -39,8 +46,8 @@ void DesktopPanelHostView::setPanel(const Panel& panel, bool editMode) {
     m_snapGuides->setVisible(editMode);
     m_titleBar->setVisible(editMode);
     layoutChildren();
-    // Later changes reach the bar through the content's paints; the first frost must not
-    // wait for a paint that a hidden window never gets.
+    // Later changes reach the bar as the content changes; what it shows now is frosted at
+    // once.
     if (editModeStarts)
         queueFrost();
 }
@@ -66,18 +73,8 @@ void DesktopPanelHostView::resizeEvent(QResizeEvent* event) {
     layoutChildren();
 }
 
-// The title bar is frosted again whenever the content paints under it: a new second of a
-// clock, a resize. Its own repaints paint the content beneath it too, but then what the
-// content draws there is the same, and the frost stays as it is.
-bool DesktopPanelHostView::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == m_content && event->type() == QEvent::Paint && !m_drawingFrost &&
-        static_cast<QPaintEvent*>(event)->region().intersects(m_titleBar->geometry())) {
-        queueFrost();
-    }
-    return QWidget::eventFilter(watched, event);
-}
-
-// After the paint that asked for it, once, however many paints asked.
+// The title bar is frosted again whenever the content changes under it: a new second of a
+// clock, a resize. Once the content is up to date, however many changes asked.
 void DesktopPanelHostView::queueFrost() {
     if (!m_editMode || m_frostQueued)
         return;
@@ -91,21 +88,22 @@ void DesktopPanelHostView::queueFrost() {
         Qt::QueuedConnection);
 }
 
+// Only what changed under the bar is drawn again, unless the bar has no frost of its size.
 void DesktopPanelHostView::refreshFrost() {
+    const QRegion changed = std::exchange(m_changedUnderTitleBar, QRegion());
     if (!m_editMode || m_titleBar->width() <= 0)
         return;
-    const double ratio = devicePixelRatioF();
     const QSize size = m_titleBar->size();
-    QImage under(size * ratio, QImage::Format_ARGB32_Premultiplied);
-    under.setDevicePixelRatio(ratio);
-    under.fill(Qt::transparent);
-    m_drawingFrost = true;
-    m_content->render(&under, QPoint(), QRegion(QRect(QPoint(), size)), QWidget::DrawChildren);
-    m_drawingFrost = false;
-    if (under == m_underTitleBar && m_titleBar->hasFrost())
+    const QRect area = m_titleBar->hasFrost() ? TitleBarFrost::areaFor(changed.boundingRect(), size)
+                                              : QRect(QPoint(), size);
+    if (area.isEmpty())
         return;
-    m_underTitleBar = under;
-    m_titleBar->setFrost(TitleBarFrost::frost(under));
+    const double ratio = devicePixelRatioF();
+    QImage part(area.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+    part.setDevicePixelRatio(ratio);
+    part.fill(Qt::transparent);
+    m_content->render(&part, QPoint(), QRegion(area), QWidget::DrawChildren);
+    m_titleBar->frostUnder(part, area);
 }
 
 void DesktopPanelHostView::layoutChildren() {

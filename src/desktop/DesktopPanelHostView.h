@@ -4,10 +4,10 @@
 
 #include "model/Panel.h"
 
-#include <QImage>
 #include <QLineF>
 #include <QList>
 #include <QPointF>
+#include <QRegion>
 #include <QWidget>
 
 namespace corkwheel {
@@ -52,7 +52,6 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void layoutChildren();
@@ -62,9 +61,8 @@ private:
     Panel m_panel;
     bool m_editMode = false;
     bool m_frostQueued = false;
-    bool m_drawingFrost = false;
-    // What the content drew under the title bar when it was last frosted.
-    QImage m_underTitleBar;
+    // What the content changed under the title bar since it was last frosted.
+    QRegion m_changedUnderTitleBar;
     // In stacking order, bottom first: the chrome lies over the content, the title bar over
     // the rest of it, and the snap guides on top, so that one along the top edge shows.
     PanelContentView* m_content;

@@ -5,7 +5,11 @@
 #include "render/PanelShapes.h"
 #include "render/Theme.h"
 
+#include <QPaintEvent>
 #include <QPainter>
+
+#include <algorithm>
+#include <cmath>
 
 namespace corkwheel {
 
@@ -20,7 +24,26 @@ void PanelOutline::setCornerRadius(double radius) {
     update();
 }
 
-void PanelOutline::paintEvent(QPaintEvent*) {
+// Where the line can be: along the edges, and in the corners as far in as they are round.
+QRegion PanelOutline::band() const {
+    const int edge = static_cast<int>(std::ceil(kLineWidth)) + 1;
+    const int corner = edge + static_cast<int>(std::ceil(std::max(0.0, m_cornerRadius)));
+    const QRect bounds = rect();
+    QRegion band(bounds);
+    band -= bounds.adjusted(edge, edge, -edge, -edge);
+    const QSize square(corner, corner);
+    band += QRect(bounds.topLeft(), square);
+    band += QRect(QPoint(bounds.right() + 1 - corner, bounds.top()), square);
+    band += QRect(QPoint(bounds.left(), bounds.bottom() + 1 - corner), square);
+    band += QRect(QPoint(bounds.right() + 1 - corner, bounds.bottom() + 1 - corner), square);
+    return band;
+}
+
+// The content changing inside the panel repaints what lies over it, this too; there is no
+// line to draw there.
+void PanelOutline::paintEvent(QPaintEvent* event) {
+    if (!event->region().intersects(band()))
+        return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QPen pen(Theme::accent(), kLineWidth);

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QRegion>
 #include <QWidget>
 
 namespace corkwheel {
@@ -22,6 +23,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRegion band() const;
+
     double m_cornerRadius = 0;
 };
 

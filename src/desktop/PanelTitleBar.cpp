@@ -8,6 +8,7 @@
 #include "render/Symbols.h"
 
 #include <QFontMetricsF>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -29,26 +30,33 @@ void PanelTitleBar::setContent(const QString& name, const QString& symbolName, d
     m_symbolName = symbolName;
     m_cornerRadius = cornerRadius;
     m_panelHeight = panelHeight;
+    updateShownName();
     update();
 }
 
-void PanelTitleBar::setFrost(const QImage& frost) {
-    m_frost = frost;
-    m_frostSize = size();
-    update();
+void PanelTitleBar::frostUnder(const QImage& part, const QRect& area) {
+    const QRect changed = m_frost.update(part, area, size());
+    setAttribute(Qt::WA_OpaquePaintEvent, hasFrost());
+    if (!changed.isEmpty())
+        update(changed);
 }
 
-// A frost of another width is from before a resize, and would leave part of the bar clear.
+// A frost of another size is from before a resize, and would leave part of the bar clear.
+bool PanelTitleBar::hasFrost() const {
+    return m_frost.holds(size(), devicePixelRatioF());
+}
+
+void PanelTitleBar::resizeEvent(QResizeEvent* event) {
+    DragArea::resizeEvent(event);
+    updateShownName();
+    setAttribute(Qt::WA_OpaquePaintEvent, hasFrost());
+}
+
 void PanelTitleBar::paintGlass(QPainter& painter, const QPainterPath& shape) const {
-    if (m_frost.isNull() || m_frostSize != size()) {
+    if (hasFrost())
+        m_frost.paint(painter, shape);
+    else
         GlassBackground::fill(painter, shape);
-        return;
-    }
-    painter.save();
-    painter.setClipPath(shape, Qt::IntersectClip);
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(rect()), m_frost);
-    painter.restore();
 }
 
 QFont PanelTitleBar::nameFont() const {
@@ -60,11 +68,21 @@ double PanelTitleBar::nameLeft() const {
 }
 
 QString PanelTitleBar::shownName() const {
-    const double available = std::max(0.0, width() - nameLeft() - kSidePadding);
-    return QFontMetricsF(nameFont()).elidedText(m_name, Qt::ElideRight, available);
+    return m_shownName;
 }
 
-void PanelTitleBar::paintEvent(QPaintEvent*) {
+void PanelTitleBar::updateShownName() {
+    const double available = std::max(0.0, width() - nameLeft() - kSidePadding);
+    const QFontMetricsF metrics(nameFont());
+    m_shownName = metrics.elidedText(m_name, Qt::ElideRight, available);
+    // With a little room for glyphs that reach beyond their advance.
+    m_nameArea = QRectF(nameLeft() - 2, 0, metrics.horizontalAdvance(m_shownName) + 4, height())
+                     .toAlignedRect();
+}
+
+// A new second under the bar repaints only a few columns of it; the symbol and the name are
+// drawn only where they are among them.
+void PanelTitleBar::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     const QRectF bar(rect());
@@ -74,15 +92,17 @@ void PanelTitleBar::paintEvent(QPaintEvent*) {
                      QColor::fromRgbF(1, 1, 1, static_cast<float>(kHairlineOpacity)));
 
     const double middle = bar.height() / 2;
-    Symbols::paint(painter,
-                   QRectF(kSidePadding, middle - kSymbolSize / 2, kSymbolSize, kSymbolSize),
-                   m_symbolName, Qt::white);
+    const QRectF symbol(kSidePadding, middle - kSymbolSize / 2, kSymbolSize, kSymbolSize);
+    if (event->rect().intersects(symbol.toAlignedRect()))
+        Symbols::paint(painter, symbol, m_symbolName, Qt::white);
+    if (!event->rect().intersects(m_nameArea))
+        return;
     const QFont font = nameFont();
     const QFontMetricsF metrics(font);
     painter.setFont(font);
     painter.setPen(Qt::white);
     painter.drawText(QPointF(nameLeft(), middle - metrics.height() / 2 + metrics.ascent()),
-                     shownName());
+                     m_shownName);
 }
 
 } // namespace corkwheel

@@ -3,9 +3,10 @@
 #pragma once
 
 #include "desktop/DragArea.h"
+#include "desktop/TitleBarFrost.h"
 
 #include <QFont>
-#include <QImage>
+#include <QRect>
 #include <QString>
 
 namespace corkwheel {
@@ -13,6 +14,10 @@ namespace corkwheel {
 // The bar along the top of a panel in edit mode: the panel type's symbol and the panel's
 // name on frosted glass: what the panel draws under the bar, blurred, which its host hands
 // it. Until it has that, a dark tint. Dragging it moves the panel.
+//
+// With its frost it paints every pixel it covers, what the panel draws outside its rounded
+// corners included, so that neither its own repaints nor the panel's changes beneath it
+// paint the panel there again.
 class PanelTitleBar : public DragArea {
     Q_OBJECT
 
@@ -23,10 +28,11 @@ public:
     void setContent(const QString& name, const QString& symbolName, double cornerRadius,
                     double panelHeight);
 
-    // What the panel draws under the bar now, frosted, at any size: it is stretched over the
-    // bar. Replaces the one before.
-    void setFrost(const QImage& frost);
-    bool hasFrost() const { return !m_frost.isNull(); }
+    // What the panel draws in `area` of the bar is `part` now, at the bar's device pixel
+    // ratio; see TitleBarFrost::areaFor(). Until the bar has a frost of its size, `area`
+    // must be the whole bar.
+    void frostUnder(const QImage& part, const QRect& area);
+    bool hasFrost() const;
 
     // The name as it fits on the bar's one line, cut with "…" when too long.
     QString shownName() const;
@@ -39,19 +45,22 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QFont nameFont() const;
     void paintGlass(QPainter& painter, const QPainterPath& shape) const;
     double nameLeft() const;
+    void updateShownName();
 
     QString m_name;
+    QString m_shownName;
+    // Where the shown name is drawn, in the bar's coordinates.
+    QRect m_nameArea;
     QString m_symbolName;
     double m_cornerRadius = 0;
     double m_panelHeight = 0;
-    QImage m_frost;
-    // The bar's size when it was handed the frost.
-    QSize m_frostSize;
+    TitleBarFrost m_frost;
 };
 
 } // namespace corkwheel

@@ -3,6 +3,13 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
+#include <QSize>
+
+#include <vector>
+
+class QPainter;
+class QPainterPath;
 
 namespace corkwheel {
 
@@ -10,26 +17,68 @@ namespace corkwheel {
 // blurred so that none of its detail shows through, laid on dark glass so the bar is
 // opaque, hazed a little so a black panel still shows a pane, and darkened as far as the
 // bar's white name and symbol need to stand out clearly on its brightest spot.
-namespace TitleBarFrost {
+//
+// It follows the panel a part at a time: a clock's new second frosts again the few columns
+// around the digits, and only those are painted again, not the whole bar.
+class TitleBarFrost {
+public:
+    // The frost is made at a quarter of the bar's size in points and blurred there, which
+    // costs a sixteenth of blurring it in full; drawn stretched smoothly, it comes out as
+    // soft as the full blur would, and no detail survives the shrinking anyway.
+    static constexpr int kShrink = 4;
+    // In the shrunk image's pixels.
+    static constexpr int kBlurRadius = 1;
+    static constexpr int kBlurPasses = 3;
+    // The relative luminance the bar never goes above: white on it has a contrast of 4.5:1
+    // at the least, with some margin.
+    static constexpr double kBrightest = 0.16;
 
-// The frost is made at a quarter of the bar's size in points and blurred there, which
-// costs a sixteenth of blurring it in full; drawn stretched smoothly, it comes out as
-// soft as the full blur would, and no detail survives the shrinking anyway.
-inline constexpr int kShrink = 4;
-// In the shrunk image's pixels.
-inline constexpr int kBlurRadius = 1;
-inline constexpr int kBlurPasses = 3;
-// The relative luminance the bar never goes above: white on it has a contrast of 4.5:1
-// at the least, with some margin.
-inline constexpr double kBrightest = 0.16;
+    // The area of a bar of `barSize` points to draw and hand to update() when what the panel
+    // draws in `changed` has changed: whole shrunk pixels, so that none is made of old and
+    // new, which also keeps its edges on whole device pixels.
+    static QRect areaFor(const QRect& changed, QSize barSize);
 
-// `under` is what the panel draws under the bar, at its device pixel ratio. The frost is
-// smaller: it is meant to be drawn stretched over the whole bar.
-QImage frost(const QImage& under);
+    // Whether this frost is of a bar of `size` points at `ratio`; one that is not must be
+    // given the whole bar.
+    bool holds(QSize size, double ratio) const;
 
-// The relative luminance of an sRGB colour, 0 for black to 1 for white.
-double luminance(QRgb colour);
+    // What the panel draws in `area` of a bar of `barSize` points (bar coordinates) is
+    // `part` now, at the part's device pixel ratio. Returns the area of the bar that looks
+    // different since, empty when none does.
+    QRect update(const QImage& part, const QRect& area, QSize barSize);
 
-} // namespace TitleBarFrost
+    // The glass over the bar: frost inside `shape`, what the panel draws outside it.
+    void paint(QPainter& painter, const QPainterPath& shape) const;
+
+    bool isNull() const { return m_frost.isNull(); }
+    // The frost itself, small: it is drawn stretched over the bar.
+    const QImage& frost() const { return m_frost; }
+
+    // The relative luminance of an sRGB colour, 0 for black to 1 for white.
+    static double luminance(QRgb colour);
+
+private:
+    void start(QSize barSize, double ratio);
+    bool replaceUnder(const QImage& part, const QRect& area);
+    void shrink(int first, int last);
+    void lightColumns(int first, int last);
+    QRgb brightestInColumn(int x) const;
+    QRgb brightestColour() const;
+    bool keepsDarkening() const;
+    void darken(int first, int last);
+    QRect barColumns(int first, int last) const;
+
+    QSize m_barSize;
+    // What the panel draws under the whole bar, at the device pixel ratio.
+    QImage m_under;
+    // The same shrunk, then blurred over the glass, then darkened.
+    QImage m_shrunk;
+    QImage m_lit;
+    QImage m_frost;
+    // The brightest colour of each column of m_lit.
+    std::vector<QRgb> m_brightestInColumn;
+    // The factor on every colour of m_lit that makes m_frost.
+    double m_darkening = 1;
+};
 
 } // namespace corkwheel

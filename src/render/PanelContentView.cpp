@@ -46,7 +46,7 @@ bool hasShadowedBody(PanelType type) {
 
 PanelContentView::PanelContentView(PanelRunner& runner, QWidget* parent)
     : QWidget(parent), m_runner(runner), m_panel(runner.panel()), m_webBody(runner, this) {
-    const auto redraw = [this] { update(); };
+    const auto redraw = [this] { redrawAll(); };
     connect(&runner, &PanelRunner::textOutputChanged, this, &PanelContentView::redrawIfTextChanged);
     connect(&runner, &PanelRunner::isRunningChanged, this, &PanelContentView::redrawIfTextChanged);
     connect(&runner, &PanelRunner::imageChanged, this, redraw);
@@ -65,7 +65,7 @@ void PanelContentView::setPanel(const Panel& panel) {
     m_bodyOutdated = true;
     if (!hasShadowedBody(panel.type))
         m_bodyLayer.clear();
-    update();
+    redrawAll();
 }
 
 // Most refreshes of a shell or file panel bring the text it already shows, and each run
@@ -82,7 +82,7 @@ void PanelContentView::redrawIfTextChanged() {
 // again once, after both.
 void PanelContentView::bodyChanged() {
     if (!hasShadowedBody(m_panel.type)) {
-        update();
+        redrawAll();
         return;
     }
     m_bodyOutdated = true;
@@ -102,12 +102,21 @@ void PanelContentView::redrawChangedBody() {
     if (!isVisible() || paintedOpacity() <= 0 ||
         !m_bodyLayer.holds(size(), ratio, m_panel.style.showShadow)) {
         // Drawn in full by the next paint, if any.
-        update();
+        redrawAll();
         return;
     }
     const QRegion changed = redrawBody(ratio);
     if (!changed.isEmpty())
-        update(changed);
+        redraw(changed);
+}
+
+void PanelContentView::redraw(const QRegion& area) {
+    update(area);
+    Q_EMIT changed(area);
+}
+
+void PanelContentView::redrawAll() {
+    redraw(rect());
 }
 
 QRegion PanelContentView::redrawBody(double ratio) {
@@ -171,6 +180,7 @@ void PanelContentView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     m_bodyOutdated = true;
     syncWebView();
+    Q_EMIT changed(rect());
 }
 
 void PanelContentView::setFadesWindow(bool fades) {
@@ -270,7 +280,7 @@ void PanelContentView::remember(const StatsLayout& layout) {
     m_measuredRowHeight = layout.rowHeight;
     m_measuredNetworkHeight = layout.networkHeight;
     m_bodyOutdated = true;
-    update();
+    redrawAll();
 }
 
 // The page; or why there is none, as the runner says; or, without an address, the

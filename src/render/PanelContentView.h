@@ -57,6 +57,11 @@ public:
     // The hover help at `position`: on the summary of hidden disks, how to see them all.
     QString toolTipAt(const QPoint& position) const;
 
+Q_SIGNALS:
+    // Part of what the view shows has changed and is about to be painted again: `area`, in
+    // the view's coordinates. Lets what lies over the view follow what lies beneath it.
+    void changed(const QRegion& area);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -74,6 +79,8 @@ private:
     void redrawIfTextChanged();
     void bodyChanged();
     void redrawChangedBody();
+    void redraw(const QRegion& area);
+    void redrawAll();
     QRegion redrawBody(double ratio);
 
     PanelRunner& m_runner;

@@ -271,6 +271,21 @@ private Q_SLOTS:
         QCOMPARE(paints.count, before);
     }
 
+    // A frosted bar paints every pixel it covers: repainting it, as a new second under it
+    // does, paints none of the panel beneath it again.
+    void titleBarRepaintLeavesThePanelBeneathUnpainted() {
+        DesktopPanelHostView& view = host(stripedPanel(), true);
+        view.show();
+        QTRY_VERIFY(titleBar()->hasFrost());
+        PaintCounter content(*view.contentView());
+        PaintCounter bar(*titleBar());
+        QTest::qWait(50);
+        const int before = content.count;
+        titleBar()->update();
+        QVERIFY(bar.settle());
+        QCOMPARE(content.count, before);
+    }
+
     void newContentUnderTheTitleBarIsFrostedAgain() {
         Panel panel = stripedPanel();
         DesktopPanelHostView& view = host(panel, true);
@@ -282,6 +297,24 @@ private Q_SLOTS:
         QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, 13)).blue() >
                     colorAt(render(view, 1), QPointF(200, 13)).red() + 20);
         QVERIFY(white.blue() < white.red() + 5);
+    }
+
+    // Content changing inside the panel repaints the outline over it too; where such a
+    // repaint meets the panel's edge or a round corner, the line is drawn there again.
+    void outlineIsDrawnWhereARepaintMeetsTheEdge_data() {
+        QTest::addColumn<QRect>("repainted");
+        QTest::newRow("left edge") << QRect(0, 80, 30, 20);
+        QTest::newRow("bottom-left corner") << QRect(0, 130, 30, 30);
+        QTest::newRow("right edge") << QRect(200, 60, 40, 20);
+    }
+
+    void outlineIsDrawnWhereARepaintMeetsTheEdge() {
+        QFETCH(QRect, repainted);
+        DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
+        QImage image(kSize, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        view.render(&image, repainted.topLeft(), QRegion(repainted), QWidget::DrawChildren);
+        QVERIFY(countPixels(image, QRectF(repainted), accent()) > 0);
     }
 
     void titleBarDragReportsTheGlobalTranslation() {
