@@ -7,6 +7,7 @@
 // the way a user sees it: the output's pixels, taken with grim, and the pointer, moved with
 // swaymsg.
 
+#include "support/Contrast.h"
 #include "support/CorkwheelProcess.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
@@ -281,6 +282,25 @@ private Q_SLOTS:
         m_pointer.click(sampleOf(moved));
         QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses, 1, kWait);
         QCOMPARE(rectOf(savedFrame(m_alpha)), moved);
+    }
+
+    // Let go 5 points right of another panel's left edge, a moved panel lines up with it,
+    // on the output and in the document; its title bar stays dark enough for its white name.
+    void moveDragEndingNearAnotherPanelSavesItLinedUp() {
+        const Panel still = filledPanel(QStringLiteral("E2E Still"), {600, 300, 300, 80});
+        const Panel mover = filledPanel(QStringLiteral("E2E Mover"), {100, 600, 300, 80});
+        startInProcess({still, mover});
+        store().setEditMode(true);
+        const QRect start = rectOf(mover.frame);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
+        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        m_pointer.drag(titleBar, titleBar + QPoint(505, 0));
+        const QRect linedUp(600, 600, 300, 80);
+        QTRY_COMPARE_WITH_TIMEOUT(rectOf(savedFrame(mover)), linedUp, kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(linedUp)), kWait);
+        const QColor bar = screenPixel(linedUp.topLeft() + QPoint(250, 13));
+        QVERIFY(!isColor(bar, kPanelColor));
+        QVERIFY2(whiteContrast(bar) >= 4.5, qPrintable(bar.name()));
     }
 
     // A pinned panel has no input region: a click on it over the bare desktop never
