@@ -8,6 +8,7 @@
 // resize panels directly. Everything is checked from outside, the way a user sees it: the
 // screen's pixels, what the pointer is over, and what the window manager reports.
 
+#include "support/Contrast.h"
 #include "support/EditorOnDisplay.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
@@ -391,6 +392,10 @@ private Q_SLOTS:
         const PanelFrame linedUp{600, 600, 300, 80};
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), QRect(600, 600, 300, 80), kWait);
         QTRY_COMPARE_WITH_TIMEOUT(savedFrame(mover), linedUp, kWait);
+        // The title bar's glass is dark enough for its white name over the red panel.
+        QTRY_VERIFY_WITH_TIMEOUT(!isColor(screenPixel({850, 613}), kPanelColor), kWait);
+        const QColor bar = screenPixel({850, 613});
+        QVERIFY2(whiteContrast(bar) >= 4.5, qPrintable(bar.name()));
     }
 
     void disabledAndHiddenPanelsAreUnmapped() {
