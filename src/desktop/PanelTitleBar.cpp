@@ -52,7 +52,18 @@ void PanelTitleBar::resizeEvent(QResizeEvent* event) {
     setAttribute(Qt::WA_OpaquePaintEvent, hasFrost());
 }
 
-void PanelTitleBar::paintGlass(QPainter& painter, const QPainterPath& shape) const {
+// Away from the rounded corners the bar's shape is its rectangle: a new second in the middle
+// of the bar needs no clip to it.
+void PanelTitleBar::paintGlass(QPainter& painter, const QRect& exposed) const {
+    const QRectF bar(rect());
+    const double corner = std::max(0.0, m_cornerRadius) + 1;
+    const bool straight = exposed.left() >= corner && exposed.right() + 1 <= bar.width() - corner;
+    if (straight && hasFrost()) {
+        m_frost.paint(painter, QPainterPath());
+        return;
+    }
+    const QRectF panel(0, 0, bar.width(), std::max(m_panelHeight, bar.height()));
+    const QPainterPath shape = PanelShapes::topStrip(panel, m_cornerRadius, bar.height());
     if (hasFrost())
         m_frost.paint(painter, shape);
     else
@@ -86,8 +97,7 @@ void PanelTitleBar::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     const QRectF bar(rect());
-    const QRectF panel(0, 0, bar.width(), std::max(m_panelHeight, bar.height()));
-    paintGlass(painter, PanelShapes::topStrip(panel, m_cornerRadius, bar.height()));
+    paintGlass(painter, event->rect());
     painter.fillRect(QRectF(0, bar.height() - 1, bar.width(), 1),
                      QColor::fromRgbF(1, 1, 1, static_cast<float>(kHairlineOpacity)));
 

@@ -49,7 +49,7 @@ protected:
 
 private:
     QFont nameFont() const;
-    void paintGlass(QPainter& painter, const QPainterPath& shape) const;
+    void paintGlass(QPainter& painter, const QRect& exposed) const;
     double nameLeft() const;
     void updateShownName();
 

@@ -143,7 +143,8 @@ void TitleBarFrost::paint(QPainter& painter, const QPainterPath& shape) const {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.drawImage(QPointF(), m_under);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.setClipPath(shape, Qt::IntersectClip);
+    if (!shape.isEmpty())
+        painter.setClipPath(shape, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(QRectF(QPointF(), QSizeF(m_barSize)), m_frost);
     painter.restore();

@@ -47,7 +47,8 @@ public:
     // different since, empty when none does.
     QRect update(const QImage& part, const QRect& area, QSize barSize);
 
-    // The glass over the bar: frost inside `shape`, what the panel draws outside it.
+    // The glass over the bar: frost inside `shape` (everywhere when it is empty), what the
+    // panel draws outside it.
     void paint(QPainter& painter, const QPainterPath& shape) const;
 
     bool isNull() const { return m_frost.isNull(); }

@@ -265,6 +265,21 @@ private Q_SLOTS:
         QCOMPARE(paints.count, before);
     }
 
+    // A new second in the middle of the bar repaints only a few of its columns, away from
+    // its rounded corners: they are frosted all the same.
+    void titleBarRepaintedInItsMiddleIsFrostedThere() {
+        DesktopPanelHostView& view = host(stripedPanel(), true);
+        QTRY_VERIFY(titleBar()->hasFrost());
+        const QRect middle(100, 0, 40, 26);
+        QImage image(kSize, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        view.render(&image, middle.topLeft(), QRegion(middle), QWidget::DrawChildren);
+        const QRectF glass = QRectF(middle).adjusted(0, 3, 0, -6);
+        const int step = sharpestStep(image, glass);
+        QVERIFY2(step < 25, qPrintable(QString::number(step)));
+        QVERIFY(leastWhiteContrast(image, glass) >= 4.5);
+    }
+
     // A frosted bar paints every pixel it covers: repainting it, as a new second under it
     // does, paints none of the panel beneath it again.
     void titleBarRepaintLeavesThePanelBeneathUnpainted() {
