@@ -51,7 +51,6 @@ public:
     // panel draws outside it.
     void paint(QPainter& painter, const QPainterPath& shape) const;
 
-    bool isNull() const { return m_frost.isNull(); }
     // The frost itself, small: it is drawn stretched over the bar.
     const QImage& frost() const { return m_frost; }
 
