@@ -27,7 +27,7 @@ DesktopPanelHostView::DesktopPanelHostView(PanelRunner& runner, QWidget* parent)
     connect(m_resizeHandle, &PanelResizeHandle::dragEnded, this,
             &DesktopPanelHostView::resizeDragEnded);
     connect(m_content, &PanelContentView::changed, this, [this](const QRegion& area) {
-        if (!area.intersects(m_titleBar->geometry()))
+        if (!m_editMode || !area.intersects(m_titleBar->geometry()))
             return;
         m_changedUnderTitleBar |= area;
         queueFrost();
@@ -46,10 +46,12 @@ void DesktopPanelHostView::setPanel(const Panel& panel, bool editMode) {
     m_snapGuides->setVisible(editMode);
     m_titleBar->setVisible(editMode);
     layoutChildren();
-    // Later changes reach the bar as the content changes; what it shows now is frosted at
-    // once.
-    if (editModeStarts)
+    // Changes are followed only in edit mode: what the content shows when it starts is
+    // frosted under the whole bar, at once.
+    if (editModeStarts) {
+        m_changedUnderTitleBar = QRect(QPoint(), m_titleBar->size());
         queueFrost();
+    }
 }
 
 const Panel& DesktopPanelHostView::panel() const {

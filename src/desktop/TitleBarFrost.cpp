@@ -83,7 +83,7 @@ QRgb mean(const QImage& image, const QRect& block) {
     return qRgba(average(sums[1]), average(sums[2]), average(sums[3]), average(sums[0]));
 }
 
-// The pixels from `start` up to `end` (device pixels of the bar, along one axis) that the
+// The first and the last of the pixels (device pixels of the bar, along one axis) that the
 // shrunk pixel at `index` stands for: at least one.
 std::pair<int, int> span(int index, double pixelsPerShrunk, int length) {
     const int first = std::min(length - 1, static_cast<int>(index * pixelsPerShrunk));
@@ -129,8 +129,9 @@ QRect TitleBarFrost::update(const QImage& part, const QRect& area, QSize barSize
     const int litFirst = std::max(0, first - kReach);
     const int litLast = std::min(last, end + kReach);
     lightColumns(litFirst, litLast);
-    if (fresh || !keepsDarkening()) {
-        m_darkening = neededDarkening(brightestColour());
+    const double needed = neededDarkening(brightestColour());
+    if (fresh || !keepsDarkening(needed)) {
+        m_darkening = needed;
         darken(0, last);
         return bar;
     }
@@ -234,9 +235,8 @@ QRgb TitleBarFrost::brightestColour() const {
 }
 
 // Whether the darkening in use still lets the name stand out, without making the bar
-// much darker than it needs to be.
-bool TitleBarFrost::keepsDarkening() const {
-    const double needed = neededDarkening(brightestColour());
+// much darker than the `needed` one.
+bool TitleBarFrost::keepsDarkening(double needed) const {
     return m_darkening <= needed && m_darkening >= needed * kDarkeningSlack;
 }
 

@@ -64,7 +64,7 @@ private:
     void lightColumns(int first, int last);
     QRgb brightestInColumn(int x) const;
     QRgb brightestColour() const;
-    bool keepsDarkening() const;
+    bool keepsDarkening(double needed) const;
     void darken(int first, int last);
     QRect barColumns(int first, int last) const;
 

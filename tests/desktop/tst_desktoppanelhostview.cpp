@@ -326,6 +326,22 @@ private Q_SLOTS:
         QVERIFY(countPixels(image, QRectF(repainted), accent()) > 0);
     }
 
+    // Pinned, the bar is hidden and not frosted; what the panel came to show meanwhile is
+    // under the bar when edit mode starts again.
+    void contentChangedWhilePinnedIsFrostedWhenEditModeStartsAgain() {
+        Panel panel = stripedPanel();
+        DesktopPanelHostView& view = host(panel, true);
+        view.show();
+        QTRY_VERIFY(titleBar()->hasFrost());
+        view.setPanel(panel, false);
+        panel.style.backgroundColor = CodableColor{0, 0, 1, 1};
+        view.setPanel(panel, false);
+        QTest::qWait(50);
+        view.setPanel(panel, true);
+        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, 13)).blue() >
+                    colorAt(render(view, 1), QPointF(200, 13)).red() + 20);
+    }
+
     void titleBarDragReportsTheGlobalTranslation() {
         DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
         QSignalSpy moved(&view, &DesktopPanelHostView::moveDragged);
