@@ -9,6 +9,7 @@
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
 #include "render/PanelContentView.h"
+#include "render/PanelShapes.h"
 
 namespace corkwheel {
 
@@ -50,6 +51,8 @@ void DesktopPanelController::connectDrags() {
 void DesktopPanelController::apply(const Panel& panel, bool editMode, bool hidden) {
     if (panel == m_panel && m_lastEditMode == editMode && m_lastHidden == hidden)
         return;
+    if (editMode && m_lastEditMode != editMode)
+        m_compositorBlurs = m_platform.offersBlurBehind();
     m_panel = panel;
     m_lastEditMode = editMode;
     m_lastHidden = hidden;
@@ -70,20 +73,34 @@ void DesktopPanelController::pushHostContent(bool editMode) {
     m_hostView->setPanel(m_panel, editMode);
     if (m_window->windowTitle() != m_panel.name)
         m_window->setWindowTitle(m_panel.name);
-    updateBackdrop();
+    showBackdrop();
 }
 
 void DesktopPanelController::updateBackdrop() {
+    m_compositorBlurs = m_platform.offersBlurBehind();
+    showBackdrop();
+}
+
+void DesktopPanelController::showBackdrop() {
     m_window->setDarkBackdrop(!m_platform.hasCompositor(), m_panel.style.cornerRadius);
+    m_hostView->setTitleBarSeeThrough(blursTitleBar());
     updateBlurShape();
 }
 
-// Only the blur shape follows the size during a drag; the backdrop stays as it was.
+bool DesktopPanelController::blursTitleBar() const {
+    return m_compositorBlurs && m_lastEditMode.value_or(false);
+}
+
+// Only the blur shape follows the size during a drag; the backdrop stays as it was. In edit
+// mode the title bar is glass too, where the compositor blurs.
 void DesktopPanelController::updateBlurShape() {
+    const QRectF panel(QPointF(), m_placedFrame.size());
     const double radius = m_panel.style.cornerRadius;
     QPainterPath glass;
     if (m_panel.style.showGlassBackground)
-        glass.addRoundedRect(QRectF(QPointF(), m_placedFrame.size()), radius, radius);
+        glass.addRoundedRect(panel, radius, radius);
+    else if (blursTitleBar())
+        glass = PanelShapes::topStrip(panel, radius, DesktopPanelHostView::kTitleBarHeight);
     if (glass == m_blurShape)
         return;
     m_blurShape = glass;

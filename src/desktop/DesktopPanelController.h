@@ -56,7 +56,7 @@ public:
     PanelRunner& runner() const { return *m_runner; }
 
     // Translucent over a compositor, over a dark fill without one; again whenever a
-    // compositor starts or quits.
+    // compositor starts or quits, which can take its blur with it.
     void updateBackdrop();
     // Places the window at the panel's frame again, measured from where the main screen's
     // corner is now.
@@ -65,6 +65,8 @@ public:
 private:
     void connectDrags();
     void pushHostContent(bool editMode);
+    void showBackdrop();
+    bool blursTitleBar() const;
     void updateBlurShape();
     void moveDragged(QPointF translation, Qt::KeyboardModifiers modifiers);
     void resizeDragged(QPointF translation, Qt::KeyboardModifiers modifiers);
@@ -89,6 +91,9 @@ private:
     std::optional<bool> m_lastEditMode;
     std::optional<bool> m_lastHidden;
     QPainterPath m_blurShape;
+    // Asked when edit mode starts and when the compositor changes, not at every step of a
+    // drag: it takes a round trip to the window system.
+    bool m_compositorBlurs = false;
     // Declared before the window: the host view inside the window reads the runner until
     // the window is gone.
     std::unique_ptr<PanelRunner> m_runner;

@@ -70,6 +70,13 @@ void DesktopPanelHostView::setSnapGuides(const QList<QLineF>& guides) {
     m_snapGuides->setGuides(guides);
 }
 
+void DesktopPanelHostView::setTitleBarSeeThrough(bool seeThrough) {
+    if (seeThrough == m_titleBar->seeThrough())
+        return;
+    m_titleBar->setSeeThrough(seeThrough);
+    queueFrost();
+}
+
 void DesktopPanelHostView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layoutChildren();

@@ -40,6 +40,9 @@ public:
 
     // Lines where a drag has lined the panel up, in this view's coordinates; none clears them.
     void setSnapGuides(const QList<QLineF>& guides);
+    // Whether the title bar lets the desktop show through where the panel is clear, for
+    // when the compositor blurs what lies behind it.
+    void setTitleBarSeeThrough(bool seeThrough);
     PanelSnapGuides* snapGuides() const { return m_snapGuides; }
 
     static constexpr int kTitleBarHeight = 26;

@@ -41,6 +41,14 @@ void PanelTitleBar::frostUnder(const QImage& part, const QRect& area) {
         update(changed);
 }
 
+void PanelTitleBar::setSeeThrough(bool seeThrough) {
+    if (seeThrough == m_frost.seeThrough())
+        return;
+    m_frost.setSeeThrough(seeThrough);
+    setAttribute(Qt::WA_OpaquePaintEvent, hasFrost());
+    update();
+}
+
 // A frost of another size is from before a resize, and would leave part of the bar clear.
 bool PanelTitleBar::hasFrost() const {
     return m_frost.holds(size(), devicePixelRatioF());

@@ -33,6 +33,10 @@ public:
     // must be the whole bar.
     void frostUnder(const QImage& part, const QRect& area);
     bool hasFrost() const;
+    // See-through glass, for where the compositor blurs what lies behind the bar; see
+    // TitleBarFrost. The bar needs to be given the whole area under it again.
+    void setSeeThrough(bool seeThrough);
+    bool seeThrough() const { return m_frost.seeThrough(); }
 
     // The name as it fits on the bar's one line, cut with "…" when too long.
     QString shownName() const;

@@ -18,6 +18,8 @@ namespace corkwheel {
 namespace {
 
 const QColor kGlass(30, 30, 33);
+const QColor kSeeThroughGlass(30, 30, 33,
+                              static_cast<int>(TitleBarFrost::kSeeThroughOpacity * 255 + 0.5));
 const QColor kHaze = QColor::fromRgbF(1, 1, 1, 0.08f);
 
 // How far, in the shrunk image's pixels, a change spreads through the blur.
@@ -46,24 +48,30 @@ double linear(int channel) {
     return linearTable()[static_cast<size_t>(channel)];
 }
 
+// A premultiplied pixel with its colour, not its opacity, scaled by `factor`.
 QRgb scaled(QRgb pixel, double factor) {
-    return qRgb(static_cast<int>(qRed(pixel) * factor), static_cast<int>(qGreen(pixel) * factor),
-                static_cast<int>(qBlue(pixel) * factor));
+    return qRgba(static_cast<int>(qRed(pixel) * factor), static_cast<int>(qGreen(pixel) * factor),
+                 static_cast<int>(qBlue(pixel) * factor), qAlpha(pixel));
 }
 
-// The factor on every channel of `colour` that takes its luminance no higher than
-// kBrightest. Luminance follows a power of about 2.4 of the encoded value, so a factor on the
-// encoded values takes it down by that power; further steps catch what the approximation and
-// the rounding left over.
-double neededDarkening(QRgb colour) {
-    double factor = 1;
-    for (int step = 0; step < 4; ++step) {
-        const double luminance = TitleBarFrost::luminance(scaled(colour, factor));
-        if (luminance <= TitleBarFrost::kBrightest)
-            break;
-        factor *= std::pow(TitleBarFrost::kBrightest / luminance, 1 / 2.4) * 0.98;
+bool darkEnough(QRgb pixel) {
+    return TitleBarFrost::luminance(TitleBarFrost::overWhite(pixel)) <= TitleBarFrost::kBrightest;
+}
+
+// The factor on the colour of a premultiplied pixel that takes it, over white, no brighter
+// than kBrightest. Found by halving: the white behind a see-through pixel does not darken
+// with it, so no power of the luminance tells the factor. The glass hides enough of the
+// white that black is always dark enough.
+double darkeningFor(QRgb pixel) {
+    if (darkEnough(pixel))
+        return 1;
+    double dark = 0;
+    double light = 1;
+    for (int step = 0; step < 12; ++step) {
+        const double middle = (dark + light) / 2;
+        (darkEnough(scaled(pixel, middle)) ? dark : light) = middle;
     }
-    return factor;
+    return dark;
 }
 
 // The premultiplied mean of the pixels of `image` in `block`.
@@ -98,6 +106,13 @@ double TitleBarFrost::luminance(QRgb colour) {
            0.0722 * linear(qBlue(colour));
 }
 
+QRgb TitleBarFrost::overWhite(QRgb premultiplied) {
+    const int behind = 255 - qAlpha(premultiplied);
+    return qRgb(std::min(255, qRed(premultiplied) + behind),
+                std::min(255, qGreen(premultiplied) + behind),
+                std::min(255, qBlue(premultiplied) + behind));
+}
+
 QRect TitleBarFrost::areaFor(const QRect& changed, QSize barSize) {
     const QRect bar(QPoint(), barSize);
     const QRect within = changed & bar;
@@ -110,6 +125,13 @@ QRect TitleBarFrost::areaFor(const QRect& changed, QSize barSize) {
 
 bool TitleBarFrost::holds(QSize size, double ratio) const {
     return !m_frost.isNull() && m_barSize == size && m_under.devicePixelRatio() == ratio;
+}
+
+void TitleBarFrost::setSeeThrough(bool seeThrough) {
+    if (seeThrough == m_seeThrough)
+        return;
+    m_seeThrough = seeThrough;
+    m_frost = QImage();
 }
 
 QRect TitleBarFrost::update(const QImage& part, const QRect& area, QSize barSize) {
@@ -129,7 +151,7 @@ QRect TitleBarFrost::update(const QImage& part, const QRect& area, QSize barSize
     const int litFirst = std::max(0, first - kReach);
     const int litLast = std::min(last, end + kReach);
     lightColumns(litFirst, litLast);
-    const double needed = neededDarkening(brightestColour());
+    const double needed = neededDarkening();
     if (fresh || !keepsDarkening(needed)) {
         m_darkening = needed;
         darken(0, last);
@@ -139,11 +161,12 @@ QRect TitleBarFrost::update(const QImage& part, const QRect& area, QSize barSize
     return barColumns(litFirst, litLast) | within;
 }
 
+// The frost replaces what lies under it: see-through, it must not let the panel's own
+// detail show.
 void TitleBarFrost::paint(QPainter& painter, const QPainterPath& shape) const {
     painter.save();
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     painter.drawImage(QPointF(), m_under);
-    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (!shape.isEmpty())
         painter.setClipPath(shape, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -159,9 +182,9 @@ void TitleBarFrost::start(QSize barSize, double ratio) {
     const QSize shrunk(std::max(1, (barSize.width() + kShrink - 1) / kShrink),
                        std::max(1, (barSize.height() + kShrink - 1) / kShrink));
     m_shrunk = QImage(shrunk, QImage::Format_ARGB32_Premultiplied);
-    m_lit = QImage(shrunk, QImage::Format_RGB32);
-    m_brightestInColumn.assign(static_cast<size_t>(shrunk.width()), 0);
-    m_frost = QImage(shrunk, QImage::Format_RGB32);
+    m_lit = QImage(shrunk, QImage::Format_ARGB32_Premultiplied);
+    m_neededInColumn.assign(static_cast<size_t>(shrunk.width()), 1);
+    m_frost = QImage(shrunk, QImage::Format_ARGB32_Premultiplied);
 }
 
 // Copies `part` into what lies under the bar; false when it is what lay there already.
@@ -206,32 +229,28 @@ void TitleBarFrost::lightColumns(int first, int last) {
     const QRect columns(first, 0, last - first + 1, m_lit.height());
     QPainter painter(&m_lit);
     painter.setClipRect(columns);
-    painter.fillRect(columns, kGlass);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(columns, m_seeThrough ? kSeeThroughGlass : kGlass);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     painter.drawImage(QPoint(from, 0), blurred);
     painter.fillRect(columns, kHaze);
     painter.end();
     for (int x = first; x <= last; ++x)
-        m_brightestInColumn[static_cast<size_t>(x)] = brightestInColumn(x);
+        m_neededInColumn[static_cast<size_t>(x)] = neededInColumn(x);
 }
 
-QRgb TitleBarFrost::brightestInColumn(int x) const {
-    QRgb brightest = 0;
-    double most = -1;
+double TitleBarFrost::neededInColumn(int x) const {
+    double needed = 1;
     for (int y = 0; y < m_lit.height(); ++y) {
-        const QRgb colour = m_lit.pixel(x, y);
-        const double value = luminance(colour);
-        if (value > most) {
-            most = value;
-            brightest = colour;
-        }
+        const QRgb pixel = reinterpret_cast<const QRgb*>(m_lit.constScanLine(y))[x];
+        needed = std::min(needed, darkeningFor(pixel));
     }
-    return brightest;
+    return needed;
 }
 
-// The brightest colour of the lit glass decides how far all of it is darkened.
-QRgb TitleBarFrost::brightestColour() const {
-    return *std::max_element(m_brightestInColumn.begin(), m_brightestInColumn.end(),
-                             [](QRgb a, QRgb b) { return luminance(a) < luminance(b); });
+// The brightest spot of the lit glass decides how far all of it is darkened.
+double TitleBarFrost::neededDarkening() const {
+    return *std::min_element(m_neededInColumn.begin(), m_neededInColumn.end());
 }
 
 // Whether the darkening in use still lets the name stand out, without making the bar

@@ -60,6 +60,9 @@ public:
     // Asks the compositor to blur what lies behind `shape` (window coordinates), where it
     // offers that; does nothing elsewhere.
     virtual void requestBlurBehind(QWidget* window, const QPainterPath& shape) = 0;
+    // Whether the compositor blurs behind what requestBlurBehind() names right now, so that
+    // a see-through pane shows a blur rather than the desktop's sharp detail.
+    virtual bool offersBlurBehind() const = 0;
 
     // Lists an ordinary top-level window (the editor) in the taskbar and the pager, or
     // leaves it out of both, whether it is shown yet or not.

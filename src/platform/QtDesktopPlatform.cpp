@@ -118,6 +118,10 @@ void QtDesktopPlatform::watchCompositor(std::function<void()>) {}
 
 void QtDesktopPlatform::requestBlurBehind(QWidget*, const QPainterPath&) {}
 
+bool QtDesktopPlatform::offersBlurBehind() const {
+    return false;
+}
+
 // Qt has no portable way to keep a window out of the taskbar short of changing its type.
 void QtDesktopPlatform::setListedInTaskbar(QWidget*, bool) {}
 

@@ -220,6 +220,19 @@ void X11DesktopPlatform::requestBlurBehind(QWidget* window, const QPainterPath& 
     xcb_flush(m_connection);
 }
 
+// KWin's blur effect announces itself with an empty property of the blur region's name on
+// the root window, there while the effect is loaded.
+bool X11DesktopPlatform::offersBlurBehind() const {
+    if (!m_connection)
+        return false;
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const auto cookie = xcb_get_property(
+        m_connection, 0, root, atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_ANY, 0, 0);
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    return reply && reply->type != XCB_ATOM_NONE;
+}
+
 void X11DesktopPlatform::setListedInTaskbar(QWidget* window, bool listed) {
     if (!m_connection)
         return;

@@ -34,6 +34,7 @@ public:
     bool hasCompositor() const override;
     void watchCompositor(std::function<void()> changed) override;
     void requestBlurBehind(QWidget* window, const QPainterPath& shape) override;
+    bool offersBlurBehind() const override;
     void setListedInTaskbar(QWidget* window, bool listed) override;
 
 private:

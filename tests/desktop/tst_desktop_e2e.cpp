@@ -22,8 +22,16 @@
 #include "desktop/PanelResizeHandle.h"
 
 #include <QApplication>
+#include <QDBusInterface>
+#include <QDBusReply>
+#include <QPainter>
+#include <QScreen>
 #include <QTest>
 #include <QToolButton>
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -60,6 +68,78 @@ public:
         setGeometry(geometry);
         show();
     }
+};
+
+// Where the desktop behind a clear panel shows 4-pixel black and white stripes, then white,
+// then black, in the screen's columns.
+constexpr int kWhiteFrom = 450;
+constexpr int kBlackFrom = 625;
+
+QColor backdropColour(int screenX) {
+    if (screenX >= kBlackFrom)
+        return Qt::black;
+    if (screenX >= kWhiteFrom)
+        return Qt::white;
+    return screenX / 4 % 2 ? Qt::white : Qt::black;
+}
+
+// An application's window painted in the backdrop's colours, whichever place the window
+// manager gives it.
+class StripedWindow : public QWidget {
+public:
+    explicit StripedWindow(const QRect& geometry) {
+        setWindowTitle(QStringLiteral("E2E Stripes"));
+        setGeometry(geometry);
+        show();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        for (int x = 0; x < width(); ++x)
+            painter.fillRect(x, 0, 1, height(), backdropColour(mapToGlobal(QPoint(x, 0)).x()));
+    }
+    void moveEvent(QMoveEvent*) override { update(); }
+};
+
+// The greys of the screen's pixels from `from` on, `length` of them along the row.
+QList<int> screenGreys(QPoint from, int length) {
+    const QImage row =
+        QGuiApplication::primaryScreen()->grabWindow(0, from.x(), from.y(), length, 1).toImage();
+    QList<int> greys;
+    for (int x = 0; x < row.width(); ++x)
+        greys.append(qGray(row.pixel(x, 0)));
+    return greys;
+}
+
+int spread(const QList<int>& greys) {
+    const auto [least, most] = std::minmax_element(greys.cbegin(), greys.cend());
+    return greys.isEmpty() ? 0 : *most - *least;
+}
+
+int mean(const QList<int>& greys) {
+    return greys.isEmpty() ? 0 : std::accumulate(greys.cbegin(), greys.cend(), 0) / greys.size();
+}
+
+// KWin's blur effect, loaded for as long as this lives: KWin leaves it out under a software
+// renderer, as on this virtual desktop, but blurs all the same once asked.
+class KWinBlur {
+public:
+    KWinBlur() { m_loaded = call(QStringLiteral("loadEffect")); }
+    ~KWinBlur() {
+        if (m_loaded)
+            call(QStringLiteral("unloadEffect"));
+    }
+    bool loaded() const { return m_loaded; }
+
+private:
+    static bool call(const QString& method) {
+        QDBusInterface effects(QStringLiteral("org.kde.KWin"), QStringLiteral("/Effects"),
+                               QStringLiteral("org.kde.kwin.Effects"));
+        const QDBusReply<bool> reply = effects.call(method, QStringLiteral("blur"));
+        return method == QStringLiteral("unloadEffect") || (reply.isValid() && reply.value());
+    }
+    bool m_loaded = false;
 };
 
 } // namespace
@@ -396,6 +476,52 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(!isColor(screenPixel({850, 613}), kPanelColor), kWait);
         const QColor bar = screenPixel({850, 613});
         QVERIFY2(whiteContrast(bar) >= 4.5, qPrintable(bar.name()));
+    }
+
+    // Over a clear panel the edit-mode title bar hides the desktop's detail: where the
+    // compositor blurs behind windows (KWin), the desktop shows through it blurred, brighter
+    // over white than over black; elsewhere the bar is opaque. Its white name reads on it
+    // either way.
+    void titleBarOverAClearPanelShowsTheDesktopOnlyBlurred() {
+        std::optional<KWinBlur> blur;
+        if (windowManagerName() == QStringLiteral("KWin")) {
+            blur.emplace();
+            QVERIFY(blur->loaded());
+            QTRY_VERIFY_WITH_TIMEOUT(
+                !xprop(QStringLiteral("root"), QStringLiteral("_KDE_NET_WM_BLUR_BEHIND_REGION"))
+                     .contains(QStringLiteral("not found")),
+                kWait);
+        }
+        StripedWindow stripes({100, 150, 800, 400});
+        QVERIFY(QTest::qWaitForWindowExposed(&stripes));
+        Panel clear = textPanel(QStringLiteral("E2E Clear"), {200, 250, 600, 120});
+        clear.textTemplate.clear();
+        clear.style.backgroundColor = CodableColor{1, 1, 1, 0};
+        startInProcess({clear});
+        store().setEditMode(true);
+        const WId window = windowOf(clear);
+        QTRY_VERIFY_WITH_TIMEOUT(isViewable(window), kWait);
+        // The desktop shows sharp through the clear panel below its title bar.
+        QTRY_VERIFY_WITH_TIMEOUT(spread(screenGreys({310, 320}, 80)) > 150, kWait);
+        // Right of the bar's name to its right end, the stripes at the start.
+        const QPoint barFrom(310, 263);
+        QTRY_VERIFY_WITH_TIMEOUT(spread(screenGreys(barFrom, 80)) < 30, kWait);
+        QTest::qWait(500);
+        const QList<int> bar = screenGreys(barFrom, 470);
+        QVERIFY2(spread(bar.first(80)) < 30, qPrintable(QString::number(spread(bar.first(80)))));
+        // The middles of the white and of the black, far from where the blur mixes them.
+        const int lighter =
+            mean(bar.mid(537 - 20 - barFrom.x(), 40)) - mean(bar.mid(712 - 20 - barFrom.x(), 40));
+        if (blur) {
+            QVERIFY(!xprop(hex(window), QStringLiteral("_KDE_NET_WM_BLUR_BEHIND_REGION"))
+                         .contains(QStringLiteral("not found")));
+            QVERIFY2(lighter > 15, qPrintable(QString::number(lighter)));
+        } else {
+            QVERIFY2(std::abs(lighter) <= 6, qPrintable(QString::number(lighter)));
+        }
+        const int brightest = *std::max_element(bar.cbegin(), bar.cend());
+        QVERIFY2(whiteContrast(QColor(brightest, brightest, brightest)) >= 4.5,
+                 qPrintable(QString::number(brightest)));
     }
 
     void disabledAndHiddenPanelsAreUnmapped() {

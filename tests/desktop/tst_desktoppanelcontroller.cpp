@@ -10,6 +10,7 @@
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
+#include "desktop/PanelTitleBar.h"
 #include "engine/PanelRunner.h"
 
 #include <QSignalSpy>
@@ -274,7 +275,29 @@ private Q_SLOTS:
         QVERIFY(m_platform.state(controller->window()).blurShape.isEmpty());
     }
 
-    void plainPanelNeverAsksForBlur() {
+    void editModeBlursBehindTheTitleBarWhereTheCompositorBlurs() {
+        m_platform.blurOffered = true;
+        auto controller = makeEditableController();
+        const QPainterPath shape = m_platform.state(controller->window()).blurShape;
+        QVERIFY(shape.contains(QPointF(180, 13)));
+        QVERIFY(!shape.contains(QPointF(180, 40)));
+        QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
+
+        controller->apply(m_panel, false, false);
+        QVERIFY(m_platform.state(controller->window()).blurShape.isEmpty());
+        QVERIFY(!controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
+    }
+
+    void blurStartedInEditModeIsTakenWhenTheCompositorChanges() {
+        auto controller = makeEditableController();
+        QVERIFY(!controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
+        m_platform.blurOffered = true;
+        controller->updateBackdrop();
+        QVERIFY(m_platform.state(controller->window()).blurShape.contains(QPointF(180, 13)));
+        QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
+    }
+
+    void plainPanelNeverAsksForBlurWhereTheCompositorDoesNotBlur() {
         auto controller = makeEditableController();
         Q_EMIT controller->hostView()->resizeDragged(QPointF(10, 10));
         QCOMPARE(m_platform.count(Op::BlurBehind), 0);

@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -250,6 +251,41 @@ private Q_SLOTS:
         QVERIFY2(contrast >= 4.5, qPrintable(QString::number(contrast)));
         // The name is drawn in white on it.
         QVERIFY(countPixels(image, QRectF(24, 3, 20, 20), near(Qt::white, 30)) > 0);
+    }
+
+    // Where the compositor blurs behind the bar, a clear panel's bar shows the desktop
+    // through it, blurred there, with none of the panel's own strokes; elsewhere it hides it.
+    void titleBarOverAClearPanelShowsTheDesktopOnlyWhenSeeThrough_data() {
+        QTest::addColumn<bool>("seeThrough");
+        QTest::newRow("see-through") << true;
+        QTest::newRow("opaque") << false;
+    }
+
+    void titleBarOverAClearPanelShowsTheDesktopOnlyWhenSeeThrough() {
+        QFETCH(bool, seeThrough);
+        Panel panel = stripedPanel();
+        panel.style.backgroundColor = CodableColor{1, 1, 1, 0};
+        DesktopPanelHostView& view = host(panel, true);
+        view.setTitleBarSeeThrough(seeThrough);
+        QTRY_VERIFY(titleBar()->hasFrost());
+        QCOMPARE(titleBar()->seeThrough(), seeThrough);
+        // The window's pixels as the compositor lays them over the desktop.
+        const QImage window = render(view, 1);
+        const auto overDesktop = [&window](QColor desktop) {
+            QImage image(window.size(), QImage::Format_ARGB32_Premultiplied);
+            image.fill(desktop);
+            QPainter(&image).drawImage(0, 0, window);
+            return image;
+        };
+        const QImage white = overDesktop(Qt::white);
+        const QImage black = overDesktop(Qt::black);
+        const int lighter = qGray(white.pixel(200, 13)) - qGray(black.pixel(200, 13));
+        QVERIFY2(seeThrough ? lighter > 30 : lighter == 0, qPrintable(QString::number(lighter)));
+        for (const QImage& image : {white, black}) {
+            const int step = sharpestStep(image, kBarBeyondName);
+            QVERIFY2(step < 25, qPrintable(QString::number(step)));
+            QVERIFY(leastWhiteContrast(image, kBarBeyondName) >= 4.5);
+        }
     }
 
     // Its own repaints paint the content beneath it too; that alone never frosts it again.

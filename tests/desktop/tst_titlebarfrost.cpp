@@ -63,10 +63,39 @@ double brightest(const QImage& image) {
     return most;
 }
 
-QImage frostOf(const QImage& under) {
+QImage frostOf(const QImage& under, bool seeThrough = false) {
     TitleBarFrost frost;
+    frost.setSeeThrough(seeThrough);
     frost.update(under, QRect(QPoint(), kBar), kBar);
     return frost.frost();
+}
+
+// A clear panel with only its text drawn: the strokes in `colour`, nothing between them.
+QImage clearStrokes(QColor colour) {
+    QImage image(kBar, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    for (int x = 4; x < kBar.width(); x += 6)
+        painter.fillRect(QRectF(x, 2, 2, kBar.height() - 4), colour);
+    return image;
+}
+
+// The frost as it looks over a desktop of one colour, `backdrop`.
+QImage over(const QImage& frost, QColor backdrop) {
+    QImage image(frost.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(backdrop);
+    QPainter painter(&image);
+    painter.drawImage(0, 0, frost);
+    return image;
+}
+
+int leastOpacity(const QImage& image) {
+    int least = 255;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            least = std::min(least, qAlpha(image.pixel(x, y)));
+    }
+    return least;
 }
 
 } // namespace
@@ -164,6 +193,48 @@ private Q_SLOTS:
         QVERIFY(!repaint.isEmpty());
         QVERIFY(repaint.width() < kBar.width());
         QVERIFY(brightest(frost.frost()) <= TitleBarFrost::kBrightest);
+    }
+
+    void seeThroughFrostLetsTheDesktopShowWhereThePanelIsClear() {
+        const QImage frost = frostOf(clearStrokes(Qt::black), true);
+        const int opacity = leastOpacity(frost);
+        QVERIFY2(opacity < 250, qPrintable(QString::number(opacity)));
+        QVERIFY2(opacity >= TitleBarFrost::kSeeThroughOpacity * 255 - 1,
+                 qPrintable(QString::number(opacity)));
+        QVERIFY(qGray(over(frost, Qt::white).pixel(30, 3)) >
+                qGray(over(frost, Qt::black).pixel(30, 3)) + 30);
+        const int step = std::abs(qGray(frost.pixel(20, 3)) - qGray(frost.pixel(21, 3)));
+        QVERIFY2(step < 8, qPrintable(QString::number(step)));
+    }
+
+    void opaqueFrostHidesTheDesktopOverAClearPanel() {
+        const QImage frost = frostOf(clearStrokes(Qt::black));
+        QCOMPARE(leastOpacity(frost), 255);
+    }
+
+    void seeThroughFrostStaysOpaqueWhereThePanelIs() {
+        const QImage frost = frostOf(striped(kBar, 1), true);
+        QCOMPARE(leastOpacity(frost), 255);
+        QCOMPARE(largestDifference(frost, frostOf(striped(kBar, 1))), 0);
+    }
+
+    // White text on a clear panel over a white desktop: the brightest a see-through bar
+    // can be.
+    void seeThroughFrostKeepsTheNameReadableOverAWhiteDesktop() {
+        const QImage frost = frostOf(clearStrokes(Qt::white), true);
+        QVERIFY(leastOpacity(frost) < 255);
+        QVERIFY(brightest(over(frost, Qt::white)) <= TitleBarFrost::kBrightest);
+    }
+
+    void otherGlassNeedsTheWholeBarAgain() {
+        TitleBarFrost frost;
+        frost.update(striped(kBar, 1), QRect(QPoint(), kBar), kBar);
+        frost.setSeeThrough(true);
+        QVERIFY(!frost.holds(kBar, 1));
+        QCOMPARE(frost.update(clearStrokes(Qt::black), QRect(QPoint(), kBar), kBar),
+                 QRect(QPoint(), kBar));
+        QVERIFY(frost.holds(kBar, 1));
+        QVERIFY(leastOpacity(frost.frost()) < 255);
     }
 
     void darkPanelIsNotDarkenedFurther() {

@@ -96,6 +96,7 @@ public:
         record(Op::BlurBehind, window);
         m_windows[window].blurShape = shape;
     }
+    bool offersBlurBehind() const override { return blurOffered; }
 
     void setListedInTaskbar(QWidget* window, bool listed) override {
         record(Op::SetListedInTaskbar, window);
@@ -120,6 +121,8 @@ public:
     // The screen less the desktop's docks and panels; the whole screen when none.
     std::optional<QRect> workArea;
     bool compositor = true;
+    // Whether the compositor blurs behind the glass, as KWin's blur effect does.
+    bool blurOffered = false;
     std::function<void()> compositorWatcher;
     std::function<void()> mainScreenWatcher;
     // Called after a window was closed, to look at what else was true at that moment.
