@@ -22,6 +22,7 @@ DesktopPanelHostView::DesktopPanelHostView(PanelRunner& runner, QWidget* parent)
       m_titleBar(new PanelTitleBar(this)), m_snapGuides(new PanelSnapGuides(this)) {
     connect(m_titleBar, &PanelTitleBar::dragged, this, &DesktopPanelHostView::moveDragged);
     connect(m_titleBar, &PanelTitleBar::dragEnded, this, &DesktopPanelHostView::moveDragEnded);
+    connect(m_titleBar, &PanelTitleBar::frostMissing, this, &DesktopPanelHostView::queueFrost);
     connect(m_resizeHandle, &PanelResizeHandle::dragged, this,
             &DesktopPanelHostView::resizeDragged);
     connect(m_resizeHandle, &PanelResizeHandle::dragEnded, this,

@@ -106,6 +106,8 @@ void PanelTitleBar::paintEvent(QPaintEvent* event) {
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
     const QRectF bar(rect());
     paintGlass(painter, event->rect());
+    if (!hasFrost())
+        Q_EMIT frostMissing();
     painter.fillRect(QRectF(0, bar.height() - 1, bar.width(), 1),
                      QColor::fromRgbF(1, 1, 1, static_cast<float>(kHairlineOpacity)));
 

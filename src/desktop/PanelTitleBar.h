@@ -47,6 +47,11 @@ public:
     static constexpr double kNameSize = 12;
     static constexpr double kHairlineOpacity = 0.15;
 
+Q_SIGNALS:
+    // Painted without a frost that fits, as after a move to a screen of another scale: the
+    // bar needs to be given the whole area under it.
+    void frostMissing();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -288,6 +288,21 @@ private Q_SLOTS:
         }
     }
 
+    // Moved to the screen of twice the scale, the window is drawn at twice the pixels, and
+    // so is the bar's frost.
+    void titleBarMovedToAScreenOfAnotherScaleIsFrostedAgain() {
+        DesktopPanelHostView& view = host(stripedPanel(), true);
+        view.move(100, 100);
+        view.show();
+        QTRY_VERIFY(titleBar()->hasFrost());
+        QCOMPARE(view.devicePixelRatioF(), 1.0);
+        view.move(2100, 100);
+        QTRY_COMPARE(view.devicePixelRatioF(), 2.0);
+        QTRY_VERIFY(titleBar()->hasFrost());
+        const int step = sharpestStep(render(view, 2), kBarBeyondName);
+        QVERIFY2(step < 25, qPrintable(QString::number(step)));
+    }
+
     // Its own repaints paint the content beneath it too; that alone never frosts it again.
     void shownTitleBarComesToRestOverUnchangedContent() {
         DesktopPanelHostView& view = host(stripedPanel(), true);
@@ -471,5 +486,14 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(DesktopPanelHostViewTest)
+// Two screens side by side, the second one scaled to twice the pixels, as a user's
+// per-screen scale factors do.
+int main(int argc, char* argv[]) {
+    qputenv("QT_QPA_PLATFORM",
+            "offscreen:configfile=" CORKWHEEL_TEST_DATA_DIR "/screens/two-scales.json");
+    qputenv("QT_SCREEN_SCALE_FACTORS", "single=1;double=2");
+    QApplication app(argc, argv);
+    DesktopPanelHostViewTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_desktoppanelhostview.moc"
