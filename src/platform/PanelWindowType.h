@@ -21,8 +21,16 @@ struct PanelWindowType {
     bool operator==(const PanelWindowType&) const = default;
 };
 
-// For the window manager that calls itself `windowManagerName` (the _NET_WM_NAME of the
-// window that _NET_SUPPORTING_WM_CHECK names); empty when none runs.
-PanelWindowType panelWindowTypeFor(const QString& windowManagerName);
+// The running window manager, as far as the panel's type depends on it.
+struct WindowManager {
+    // The _NET_WM_NAME of the window that _NET_SUPPORTING_WM_CHECK names; empty when none
+    // runs.
+    QString name;
+    // Whether it announces KDE's temporary window rules (_KDE_NET_WM_TEMPORARY_RULES in
+    // _NET_SUPPORTED), as KWin did up to version 5 and no longer does from 6 on.
+    bool announcesTemporaryRules = false;
+};
+
+PanelWindowType panelWindowTypeFor(const WindowManager& windowManager);
 
 } // namespace corkwheel

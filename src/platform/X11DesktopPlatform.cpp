@@ -2,7 +2,6 @@
 
 #include "platform/X11DesktopPlatform.h"
 
-#include "platform/PanelWindowType.h"
 #include "platform/X11CompositorWatch.h"
 #include "platform/XcbReply.h"
 
@@ -17,6 +16,7 @@
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -104,7 +104,7 @@ void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
         return;
     // Qt rewrites the type from its property whenever the flags change, and writes it here
     // in the same order, so both agree.
-    const PanelWindowType type = panelWindowTypeFor(windowManagerName());
+    const PanelWindowType type = panelWindowTypeFor(windowManager());
     setAtomList(nativeWindow(window), "_NET_WM_WINDOW_TYPE", type.atoms);
     window->windowHandle()->setProperty(kQtWindowTypeProperty, type.qtType);
     setReceivesMouse(window, false);
@@ -134,9 +134,10 @@ void X11DesktopPlatform::lowerWithinLayer(QWidget* window) {
     xcb_flush(m_connection);
 }
 
-// The name the running window manager gives itself; empty when none runs.
-QString X11DesktopPlatform::windowManagerName() const {
+// The running window manager: the name it gives itself, empty when none runs.
+WindowManager X11DesktopPlatform::windowManager() const {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const bool temporaryRules = announces(root, "_KDE_NET_WM_TEMPORARY_RULES");
     const auto windowProperty = [this](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
         return XcbReply<xcb_get_property_reply_t>(xcb_get_property_reply(
             m_connection, xcb_get_property(m_connection, 0, window, property, type, 0, 256),
@@ -144,14 +145,28 @@ QString X11DesktopPlatform::windowManagerName() const {
     };
     const auto check = windowProperty(root, atom("_NET_SUPPORTING_WM_CHECK"), XCB_ATOM_WINDOW);
     if (!check || check->format != 32 || xcb_get_property_value_length(check.get()) < 4)
-        return {};
+        return {{}, temporaryRules};
     const xcb_window_t manager =
         *static_cast<const xcb_window_t*>(xcb_get_property_value(check.get()));
     const auto name = windowProperty(manager, atom("_NET_WM_NAME"), atom("UTF8_STRING"));
     if (!name || name->format != 8)
-        return {};
-    return QString::fromUtf8(static_cast<const char*>(xcb_get_property_value(name.get())),
-                             xcb_get_property_value_length(name.get()));
+        return {{}, temporaryRules};
+    return {QString::fromUtf8(static_cast<const char*>(xcb_get_property_value(name.get())),
+                              xcb_get_property_value_length(name.get())),
+            temporaryRules};
+}
+
+// Whether the window manager lists `hint` in _NET_SUPPORTED on the root window.
+bool X11DesktopPlatform::announces(xcb_window_t root, const QByteArray& hint) const {
+    const auto cookie =
+        xcb_get_property(m_connection, 0, root, atom("_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, 4096);
+    const XcbReply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(m_connection, cookie, nullptr));
+    if (!reply || reply->format != 32)
+        return false;
+    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
+    const int count = xcb_get_property_value_length(reply.get()) / 4;
+    return std::find(atoms, atoms + count, atom(hint)) != atoms + count;
 }
 
 // The input shape decides where the pointer falls through to the windows below: empty, it

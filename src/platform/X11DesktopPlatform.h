@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "platform/PanelWindowType.h"
 #include "platform/QtDesktopPlatform.h"
 
 #include <QByteArray>
@@ -44,7 +45,8 @@ private:
     void setDesktopWideState(QWidget* window);
     void setReceivesMouse(QWidget* window, bool receives);
     void lowerWithinLayer(QWidget* window);
-    QString windowManagerName() const;
+    WindowManager windowManager() const;
+    bool announces(std::uint32_t root, const QByteArray& hint) const;
     void changeStateOfMappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
     void changeStateOfUnmappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
 
