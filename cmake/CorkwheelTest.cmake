@@ -13,15 +13,18 @@ function(corkwheel_add_test name)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 120)
 endfunction()
 
-# corkwheel_add_window_manager_test(<name> SOURCES ... [LIBS ...] SESSIONS <session:name> ...)
+# corkwheel_add_window_manager_test(<name> SOURCES ... [LIBS ...] SESSIONS <session:name> ...
+#                                   [WAYLAND])
 #
 # An end-to-end desktop test, run once under each window manager: <session> is a virtual
 # desktop of scripts/in-virtual-desktop.sh, <name> the name that window manager gives itself,
 # which the test finds in CORKWHEEL_E2E_WINDOW_MANAGER. Sessions with a desktop icons
 # program ("openbox-pcmanfm") set CORKWHEEL_E2E_DESKTOP_ICONS. Each session is a display of
 # its own; they run one at a time, as window managers and compositors are slow to start.
+# WAYLAND runs it once more, as <name>_sway, under the Wayland compositor where the build
+# has layer-shell panels.
 function(corkwheel_add_window_manager_test name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;SESSIONS" ${ARGN})
+    cmake_parse_arguments(ARG "WAYLAND" "" "SOURCES;LIBS;SESSIONS" ${ARGN})
     corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
     foreach(_session IN LISTS ARG_SESSIONS)
         string(REGEX REPLACE ":.*" "" _desktop "${_session}")
@@ -36,6 +39,10 @@ function(corkwheel_add_window_manager_test name)
         set_tests_properties(${name}_${_desktop} PROPERTIES ENVIRONMENT "${_env}"
             RESOURCE_LOCK windowmanagers TIMEOUT 300)
     endforeach()
+    get_property(_layer_shell GLOBAL PROPERTY CORKWHEEL_LAYER_SHELL)
+    if(ARG_WAYLAND AND _layer_shell)
+        corkwheel_register_wayland_test(${name}_sway ${name})
+    endif()
 endfunction()
 
 # corkwheel_add_wayland_test(<name> SOURCES ... [LIBS ...])
@@ -45,10 +52,15 @@ endfunction()
 function(corkwheel_add_wayland_test name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    corkwheel_register_wayland_test(${name} ${name})
+endfunction()
+
+# Registers the test executable <target> as the CTest test <name> on the Wayland desktop.
+function(corkwheel_register_wayland_test name target)
     # As the application sets it for itself (DisplaySession).
     corkwheel_test_environment(_env QT_QPA_PLATFORM=wayland QT_WAYLAND_DISABLE_FIXED_POSITIONS=1)
     add_test(NAME ${name}
-        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-wayland-desktop.sh $<TARGET_FILE:${name}>)
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-wayland-desktop.sh $<TARGET_FILE:${target}>)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 300)
 endfunction()
 
