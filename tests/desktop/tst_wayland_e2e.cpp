@@ -11,6 +11,7 @@
 #include "support/CorkwheelProcess.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
+#include "support/ScreenPixels.h"
 #include "support/StoreFixture.h"
 
 #include "desktop/DesktopWindowsManager.h"
@@ -29,20 +30,6 @@ namespace {
 
 // sway's background here (scripts/in-wayland-desktop.sh).
 constexpr QColor kDesktopColor(0x33, 0x66, 0x99);
-
-// The whole output as the compositor drew it.
-QImage screenshot() {
-    QProcess grim;
-    grim.start(QStringLiteral("grim"),
-               {QStringLiteral("-t"), QStringLiteral("ppm"), QStringLiteral("-")});
-    if (!grim.waitForFinished(kWait))
-        return {};
-    return QImage::fromData(grim.readAllStandardOutput(), "PPM");
-}
-
-QColor screenPixel(QPoint at) {
-    return screenshot().pixelColor(at);
-}
 
 bool panelIsSeenAt(QPoint at) {
     return isColor(screenPixel(at), kPanelColor);

@@ -6,6 +6,7 @@
 // checked from outside, the way the window system sees it: xwininfo, xprop and xdotool.
 
 #include "support/CorkwheelProcess.h"
+#include "support/ScreenPixels.h"
 
 #include <QColor>
 #include <QDir>
@@ -120,13 +121,6 @@ inline QList<WId> windowsNamed(const QString& name) {
 }
 
 // What the screen shows at `at`, as the X server holds it once the compositor has drawn.
-inline QColor screenPixel(QPoint at) {
-    return QGuiApplication::primaryScreen()
-        ->grabWindow(0, at.x(), at.y(), 1, 1)
-        .toImage()
-        .pixelColor(0, 0);
-}
-
 // The window the pointer is over once it has moved to `at`: the top-level window (or the
 // window manager's frame around one) whose input area holds that point, or the root window.
 inline WId windowUnderPointer(QPoint at) {

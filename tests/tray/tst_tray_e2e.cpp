@@ -10,15 +10,14 @@
 #include "support/CorkwheelProcess.h"
 #include "support/PrivateSessionBus.h"
 #include "support/ScreenPanels.h"
+#include "support/ScreenPixels.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QGuiApplication>
 #include <QProcess>
-#include <QScreen>
 #include <QTest>
 
 #include <memory>
@@ -31,25 +30,6 @@ namespace {
 
 const QString kWatcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
-
-bool onWayland() {
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
-
-// The colour the screen shows at `at`: grim takes Wayland's output, X11's is grabbed.
-QColor screenPixel(QPoint at) {
-    if (!onWayland())
-        return QGuiApplication::primaryScreen()
-            ->grabWindow(0, at.x(), at.y(), 1, 1)
-            .toImage()
-            .pixelColor(0, 0);
-    QProcess grim;
-    grim.start(QStringLiteral("grim"),
-               {QStringLiteral("-t"), QStringLiteral("ppm"), QStringLiteral("-")});
-    if (!grim.waitForFinished(kWait))
-        return {};
-    return QImage::fromData(grim.readAllStandardOutput(), "PPM").pixelColor(at);
-}
 
 // One item of an exported menu, with the items under it.
 struct MenuEntry {
