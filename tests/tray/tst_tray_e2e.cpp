@@ -14,7 +14,6 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QProcess>
@@ -124,10 +123,17 @@ private:
         return bus().call(call, QDBus::Block, kWait);
     }
 
+    // Read with a plain Properties call: QDBusInterface would introspect the item and cache
+    // what it learnt with the connection for as long as the process runs.
     QVariant itemProperty(const QString& service, const QString& name) {
-        QDBusInterface item(service, QStringLiteral("/StatusNotifierItem"),
-                            QStringLiteral("org.kde.StatusNotifierItem"), bus());
-        return item.property(name.toUtf8().constData());
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            service, QStringLiteral("/StatusNotifierItem"),
+            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+        call.setArguments({QStringLiteral("org.kde.StatusNotifierItem"), name});
+        const QDBusMessage reply = bus().call(call, QDBus::Block, kWait);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+            return {};
+        return qvariant_cast<QDBusVariant>(reply.arguments().constFirst()).variant();
     }
 
     QDBusMessage callMenu(const QString& service, const QString& method,
@@ -197,6 +203,14 @@ private Q_SLOTS:
                                          QDBusConnection::ExportAllSignals));
         if (onWayland())
             QVERIFY2(missingTool({QStringLiteral("grim")}).isEmpty(), "grim is missing");
+    }
+
+    // A connection of its own name outlives the test unless it is ended.
+    void cleanupTestCase() {
+        bus().unregisterObject(QStringLiteral("/StatusNotifierWatcher"));
+        bus().unregisterService(kWatcherService);
+        m_bus.reset();
+        QDBusConnection::disconnectFromBus(QStringLiteral("tray-host"));
     }
 
     void cleanup() {
