@@ -136,7 +136,7 @@ void X11DesktopPlatform::lowerWithinLayer(QWidget* window) {
 
 // The running window manager: the name it gives itself, empty when none runs.
 WindowManager X11DesktopPlatform::windowManager() const {
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+    const xcb_window_t root = rootWindow();
     const bool temporaryRules = announces(root, "_KDE_NET_WM_TEMPORARY_RULES");
     const auto windowProperty = [this](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
         return XcbReply<xcb_get_property_reply_t>(xcb_get_property_reply(
@@ -154,6 +154,10 @@ WindowManager X11DesktopPlatform::windowManager() const {
     return {QString::fromUtf8(static_cast<const char*>(xcb_get_property_value(name.get())),
                               xcb_get_property_value_length(name.get())),
             temporaryRules};
+}
+
+std::uint32_t X11DesktopPlatform::rootWindow() const {
+    return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
 }
 
 // Whether the window manager lists `hint` in _NET_SUPPORTED on the root window.
@@ -240,9 +244,8 @@ void X11DesktopPlatform::requestBlurBehind(QWidget* window, const QPainterPath& 
 bool X11DesktopPlatform::offersBlurBehind() const {
     if (!m_connection)
         return false;
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
     const auto cookie = xcb_get_property(
-        m_connection, 0, root, atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_ANY, 0, 0);
+        m_connection, 0, rootWindow(), atom("_KDE_NET_WM_BLUR_BEHIND_REGION"), XCB_ATOM_ANY, 0, 0);
     const XcbReply<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_connection, cookie, nullptr));
     return reply && reply->type != XCB_ATOM_NONE;

@@ -45,6 +45,7 @@ private:
     void setDesktopWideState(QWidget* window);
     void setReceivesMouse(QWidget* window, bool receives);
     void lowerWithinLayer(QWidget* window);
+    std::uint32_t rootWindow() const;
     WindowManager windowManager() const;
     bool announces(std::uint32_t root, const QByteArray& hint) const;
     void changeStateOfMappedWindow(QWidget* window, bool add, const QList<QByteArray>& states);
