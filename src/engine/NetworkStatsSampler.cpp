@@ -5,6 +5,8 @@
 #include "engine/InterfaceDisplayInfo.h"
 #include "engine/RouteTable.h"
 
+#include <algorithm>
+
 namespace corkwheel {
 
 namespace {
@@ -68,8 +70,8 @@ bool NetworkStatsSampler::hasBaselineFor(const QString& interfaceName) const {
 
 void NetworkStatsSampler::measureRates(NetworkSample& sample, const InterfaceCounters& counters,
                                        double now) const {
-    // Never less than RecentReading's window, within which the last sample is handed out.
-    const double seconds = now - *m_lastTime;
+    // Traffic over a sliver of time would read as a burst far above the real rate.
+    const double seconds = std::max(now - *m_lastTime, kMinimumInterval);
     sample.downBytesPerSec = perSecond(counters.rx, m_lastCounters->rx, seconds);
     sample.upBytesPerSec = perSecond(counters.tx, m_lastCounters->tx, seconds);
 }

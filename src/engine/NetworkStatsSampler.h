@@ -32,6 +32,9 @@ public:
     NetworkSample sample();
 
 private:
+    // The shortest time a rate is divided by, in seconds.
+    static constexpr double kMinimumInterval = 0.1;
+
     std::optional<QString> primaryInterfaceName() const;
     NetworkSample measure(double now);
     NetworkSample noNetwork(double now);

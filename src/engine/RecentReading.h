@@ -8,12 +8,13 @@ namespace corkwheel {
 
 // The last reading of a figure that every system-statistics panel shares, and when it was
 // taken. Panels that refresh in the same wake-up (whole-second intervals share the wall
-// clock's seconds) ask one after another within microseconds; measured again, a change
+// clock's seconds) ask one after another within a few milliseconds; measured again, a change
 // over that sliver would read as no load at all, so they are all handed the one reading.
+// Asked for later than that, by a panel of its own schedule, the figure is measured again.
 template <typename Reading> class RecentReading {
 public:
     // Readings asked for less than this many seconds apart are one reading.
-    static constexpr double kWindow = 0.25;
+    static constexpr double kWindow = 0.04;
 
     // The reading kept at `now` (monotonic seconds), if it was taken within the window.
     std::optional<Reading> at(double now) const {

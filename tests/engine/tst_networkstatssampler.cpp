@@ -88,6 +88,17 @@ private Q_SLOTS:
         QCOMPARE(sampler.sample(), wifi(2000, 500));
     }
 
+    void samplesCloserThanATenthOfASecondDivideByATenth() {
+        FakeNetworkSource source;
+        MockClock clock;
+        setUpLaptop(source);
+        NetworkStatsSampler sampler(source, clock);
+        sampler.sample();
+        clock.advance(0.05);
+        setCounters(source, kWifi, 5'001'000, 800'500);
+        QCOMPARE(sampler.sample(), wifi(10'000, 5'000));
+    }
+
     void sampleAskedForInTheSameWakeUpIsTheLastSample() {
         FakeNetworkSource source;
         MockClock clock;
@@ -98,12 +109,15 @@ private Q_SLOTS:
         setCounters(source, kWifi, 5'002'000, 801'000);
         const NetworkSample measured = sampler.sample();
         QCOMPARE(measured, wifi(1'000, 500));
-        // Another panel a moment later: the same figures, not the rate over that moment.
-        clock.advance(0.05);
+        // Other panels a moment later: the same figures, not the rate over that moment.
+        // (Steps exact in binary, so that the rates below come out whole.)
+        clock.advance(0.015625);
         setCounters(source, kWifi, 5'003'000, 801'000);
         QCOMPARE(sampler.sample(), measured);
+        clock.advance(0.015625);
+        QCOMPARE(sampler.sample(), measured);
         // The next wake-up measures from the last real sample.
-        clock.advance(0.95);
+        clock.advance(0.96875);
         QCOMPARE(sampler.sample(), wifi(1'000, 0));
     }
 

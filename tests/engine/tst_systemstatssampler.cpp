@@ -133,10 +133,10 @@ private Q_SLOTS:
         // The next panels of the same wake-up, without a tick in between.
         clock.advance(0.001);
         QCOMPARE(sampler.sampleCPU(), 0.28);
-        clock.advance(0.2);
+        clock.advance(0.03);
         QCOMPARE(sampler.sampleCPU(), 0.28);
-        // The next wake-up measures again.
-        clock.advance(0.8);
+        // A panel of its own schedule, a little later, measures again.
+        clock.advance(0.05);
         QCOMPARE(sampler.sampleCPU(), 0.0);
     }
 
@@ -149,9 +149,9 @@ private Q_SLOTS:
         const MemoryReading first = sampler.sampleMemory();
         source.setFile(QStringLiteral("/proc/meminfo"),
                        "MemTotal:        8388608 kB\nMemAvailable:    2097152 kB\n");
-        clock.advance(0.1);
+        clock.advance(0.01);
         QCOMPARE(sampler.sampleMemory(), first);
-        clock.advance(1);
+        clock.advance(0.05);
         QCOMPARE(sampler.sampleMemory().usedFraction, 0.75);
     }
 
