@@ -6,6 +6,7 @@
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/RecordingDesktopPlatform.h"
+#include "support/SidebarHarness.h"
 #include "support/StoreFixture.h"
 #include "support/SymbolTesting.h"
 
@@ -150,6 +151,53 @@ private Q_SLOTS:
         view().select(first.id);
         QVERIFY(!view().showsPlacard());
         QCOMPARE(view().inspector()->panelID(), first.id);
+    }
+
+    void deletingTheSelectedRowThroughItsContextMenuShowsNoPanelSelected() {
+        const Panel first = named(QStringLiteral("First"));
+        const Panel second = named(QStringLiteral("Second"));
+        EditorWindow& window = open({first, second});
+        clickOn(window, rowsOf(view().sidebar()).at(1));
+        QCOMPARE(view().selection(), second.id);
+
+        onPopup([](QMenu& menu) {
+            if (QAction* remove = actionNamed(menu, QStringLiteral("Delete")))
+                remove->trigger();
+        });
+        clickOn(window, rowsOf(view().sidebar()).at(1), Qt::RightButton);
+        QCOMPARE(store().panels(), QList<Panel>{first});
+        QVERIFY(!view().inspector());
+        QCOMPARE(placardTitle(), QStringLiteral("No Panel Selected"));
+    }
+
+    void choosingATypeWhileAPanelIsSelectedKeepsTheSelection() {
+        const Panel first = named(QStringLiteral("First"));
+        EditorWindow& window = open({first, named(QStringLiteral("Second"))});
+        QTRY_COMPARE(view().selection(), first.id);
+        onPopup([](QMenu& menu) {
+            if (QAction* choice = actionNamed(menu, QStringLiteral("Shell Command")))
+                choice->trigger();
+        });
+        clickOn(window, addButtonOf(view().sidebar()));
+        QTRY_COMPARE(store().panels().size(), 3);
+        QCOMPARE(view().selection(), first.id);
+        QCOMPARE(view().inspector()->panelID(), first.id);
+    }
+
+    void choosingATypeWithNothingSelectedShowsTheNewPanel() {
+        EditorWindow& window = open({});
+        QCOMPARE(placardTitle(), QStringLiteral("No Panel Selected"));
+        onPopup([](QMenu& menu) {
+            if (QAction* choice = actionNamed(menu, QStringLiteral("Clock")))
+                choice->trigger();
+        });
+        clickOn(window, addButtonOf(view().sidebar()));
+        QTRY_COMPARE(store().panels().size(), 1);
+        const QUuid added = store().panels().first().id;
+        QCOMPARE(view().selection(), added);
+        QCOMPARE(view().sidebar().selection(), added);
+        QVERIFY(!view().showsPlacard());
+        QCOMPARE(view().inspector()->panelID(), added);
     }
 
     void changedIdsWhileNothingIsSelectedSelectTheFirstNewPanel() {

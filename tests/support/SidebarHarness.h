@@ -73,6 +73,36 @@ inline QAction* actionNamed(QMenu& menu, const QString& text) {
     return nullptr;
 }
 
+inline QListWidget* panelListOf(const SidebarView& sidebar) {
+    return sidebar.findChild<QListWidget*>(QStringLiteral("panelList"));
+}
+
+inline QPushButton* addButtonOf(const SidebarView& sidebar) {
+    return sidebar.findChild<QPushButton*>(QStringLiteral("addPanelButton"));
+}
+
+// The sidebar's rows as the list shows them, top to bottom.
+inline QList<PanelRow*> rowsOf(const SidebarView& sidebar) {
+    QListWidget* list = panelListOf(sidebar);
+    QList<PanelRow*> shown;
+    for (int index = 0; index < list->count(); ++index)
+        shown.append(qobject_cast<PanelRow*>(list->itemWidget(list->item(index))));
+    return shown;
+}
+
+// Lets the list lay its rows out.
+inline void settleRows() {
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+}
+
+// A click where the user would make it: `window` decides which of its widgets gets it.
+inline void clickOn(QWidget& window, QWidget* widget, Qt::MouseButton button = Qt::LeftButton) {
+    settleRows();
+    QTest::mouseClick(window.windowHandle(), button, Qt::NoModifier,
+                      widget->mapTo(&window, widget->rect().center()));
+}
+
 // A sidebar on screen over a store whose document holds the given panels.
 class SidebarHarness {
 public:
@@ -84,21 +114,11 @@ public:
 
     PanelStore& store() { return *fixture.store; }
 
-    QListWidget* list() const {
-        return sidebar.findChild<QListWidget*>(QStringLiteral("panelList"));
-    }
+    QListWidget* list() const { return panelListOf(sidebar); }
 
-    QPushButton* addButton() const {
-        return sidebar.findChild<QPushButton*>(QStringLiteral("addPanelButton"));
-    }
+    QPushButton* addButton() const { return addButtonOf(sidebar); }
 
-    // The rows as the list shows them, top to bottom.
-    QList<PanelRow*> rows() const {
-        QList<PanelRow*> shown;
-        for (int index = 0; index < list()->count(); ++index)
-            shown.append(qobject_cast<PanelRow*>(list()->itemWidget(list()->item(index))));
-        return shown;
-    }
+    QList<PanelRow*> rows() const { return rowsOf(sidebar); }
 
     PanelRow* row(int index) const { return rows().at(index); }
 
@@ -109,18 +129,11 @@ public:
         return texts;
     }
 
-    // A click where the user would make it: the window decides which widget gets it.
     void click(QWidget* widget, Qt::MouseButton button = Qt::LeftButton) {
-        settle();
-        QTest::mouseClick(sidebar.windowHandle(), button, Qt::NoModifier,
-                          widget->mapTo(&sidebar, widget->rect().center()));
+        clickOn(sidebar, widget, button);
     }
 
-    // Lets the list lay its rows out.
-    void settle() {
-        QCoreApplication::processEvents();
-        QCoreApplication::processEvents();
-    }
+    void settle() { settleRows(); }
 
     StoreFixture fixture;
     SidebarView sidebar;
