@@ -52,6 +52,15 @@ void setUpLaptop(FakeNetworkSource& source) {
     setCounters(source, kEthernet, 90'000'000, 7'000'000);
 }
 
+// That laptop, measured by a sampler that reads the time from a clock the test moves.
+struct Laptop {
+    Laptop() { setUpLaptop(source); }
+
+    FakeNetworkSource source;
+    MockClock clock;
+    NetworkStatsSampler sampler{source, clock};
+};
+
 NetworkSample wifi(double down, double up) {
     return {QStringLiteral("Wi-Fi"), NetworkInterfaceKind::Wifi, down, up};
 }
@@ -70,151 +79,118 @@ class NetworkStatsSamplerTest : public QObject {
 private Q_SLOTS:
 
     void firstSampleIsZeroRateWithNameAndKind() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        QCOMPARE(sampler.sample(), wifi(0, 0));
+        Laptop laptop;
+        QCOMPARE(laptop.sampler.sample(), wifi(0, 0));
     }
 
     void nextSampleGivesBytesPerSecondSinceThePrevious() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        clock.advance(2);
-        setCounters(source, kWifi, 5'004'000, 801'000);
-        QCOMPARE(sampler.sample(), wifi(2000, 500));
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.clock.advance(2);
+        setCounters(laptop.source, kWifi, 5'004'000, 801'000);
+        QCOMPARE(laptop.sampler.sample(), wifi(2000, 500));
     }
 
     void samplesCloserThanATenthOfASecondDivideByATenth() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        clock.advance(0.05);
-        setCounters(source, kWifi, 5'001'000, 800'500);
-        QCOMPARE(sampler.sample(), wifi(10'000, 5'000));
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.clock.advance(0.05);
+        setCounters(laptop.source, kWifi, 5'001'000, 800'500);
+        QCOMPARE(laptop.sampler.sample(), wifi(10'000, 5'000));
     }
 
     void sampleAskedForInTheSameWakeUpIsTheLastSample() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        clock.advance(2);
-        setCounters(source, kWifi, 5'002'000, 801'000);
-        const NetworkSample measured = sampler.sample();
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.clock.advance(2);
+        setCounters(laptop.source, kWifi, 5'002'000, 801'000);
+        const NetworkSample measured = laptop.sampler.sample();
         QCOMPARE(measured, wifi(1'000, 500));
         // Other panels a moment later: the same figures, not the rate over that moment.
         // (Steps exact in binary, so that the rates below come out whole.)
-        clock.advance(0.015625);
-        setCounters(source, kWifi, 5'003'000, 801'000);
-        QCOMPARE(sampler.sample(), measured);
-        clock.advance(0.015625);
-        QCOMPARE(sampler.sample(), measured);
+        laptop.clock.advance(0.015625);
+        setCounters(laptop.source, kWifi, 5'003'000, 801'000);
+        QCOMPARE(laptop.sampler.sample(), measured);
+        laptop.clock.advance(0.015625);
+        QCOMPARE(laptop.sampler.sample(), measured);
         // The next wake-up measures from the last real sample.
-        clock.advance(0.96875);
-        QCOMPARE(sampler.sample(), wifi(1'000, 0));
+        laptop.clock.advance(0.96875);
+        QCOMPARE(laptop.sampler.sample(), wifi(1'000, 0));
     }
 
     void backwardsReceivedCounterGivesZeroDownloadAndBecomesBaseline() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        clock.advance(1);
-        setCounters(source, kWifi, 1'000, 802'000);
-        QCOMPARE(sampler.sample(), wifi(0, 2'000));
-        clock.advance(1);
-        setCounters(source, kWifi, 4'000, 803'000);
-        QCOMPARE(sampler.sample(), wifi(3'000, 1'000));
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.clock.advance(1);
+        setCounters(laptop.source, kWifi, 1'000, 802'000);
+        QCOMPARE(laptop.sampler.sample(), wifi(0, 2'000));
+        laptop.clock.advance(1);
+        setCounters(laptop.source, kWifi, 4'000, 803'000);
+        QCOMPARE(laptop.sampler.sample(), wifi(3'000, 1'000));
     }
 
     void switchFromWifiToEthernetGivesZeroRateBaselineThenRealRates() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        clock.advance(1);
-        setCounters(source, kWifi, 5'010'000, 801'000);
-        QCOMPARE(sampler.sample(), wifi(10'000, 1'000));
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.clock.advance(1);
+        setCounters(laptop.source, kWifi, 5'010'000, 801'000);
+        QCOMPARE(laptop.sampler.sample(), wifi(10'000, 1'000));
 
-        setRoutes(source, "proc/net-route-two-defaults.txt");
-        clock.advance(1);
-        QCOMPARE(sampler.sample(), ethernet(0, 0));
-        clock.advance(4);
-        setCounters(source, kEthernet, 90'400'000, 7'020'000);
-        QCOMPARE(sampler.sample(), ethernet(100'000, 5'000));
+        setRoutes(laptop.source, "proc/net-route-two-defaults.txt");
+        laptop.clock.advance(1);
+        QCOMPARE(laptop.sampler.sample(), ethernet(0, 0));
+        laptop.clock.advance(4);
+        setCounters(laptop.source, kEthernet, 90'400'000, 7'020'000);
+        QCOMPARE(laptop.sampler.sample(), ethernet(100'000, 5'000));
     }
 
     void noNetworkThenReconnectionGivesZeroRateBaseline() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        setRoutes(source, "proc/net-route-no-default.txt");
-        clock.advance(1);
-        QCOMPARE(sampler.sample(), kNoNetwork);
+        Laptop laptop;
+        laptop.sampler.sample();
+        setRoutes(laptop.source, "proc/net-route-no-default.txt");
+        laptop.clock.advance(1);
+        QCOMPARE(laptop.sampler.sample(), kNoNetwork);
 
-        setRoutes(source, "proc/net-route-wifi.txt");
-        setCounters(source, kWifi, 6'000'000, 900'000);
-        clock.advance(1);
-        QCOMPARE(sampler.sample(), wifi(0, 0));
-        clock.advance(1);
-        setCounters(source, kWifi, 6'050'000, 905'000);
-        QCOMPARE(sampler.sample(), wifi(50'000, 5'000));
+        setRoutes(laptop.source, "proc/net-route-wifi.txt");
+        setCounters(laptop.source, kWifi, 6'000'000, 900'000);
+        laptop.clock.advance(1);
+        QCOMPARE(laptop.sampler.sample(), wifi(0, 0));
+        laptop.clock.advance(1);
+        setCounters(laptop.source, kWifi, 6'050'000, 905'000);
+        QCOMPARE(laptop.sampler.sample(), wifi(50'000, 5'000));
     }
 
     void interfaceWithoutCountersIsNoNetwork() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        NetworkStatsSampler sampler(source, clock);
-        sampler.sample();
-        source.removeFile(netPath(kWifi, "statistics/tx_bytes"));
-        clock.advance(1);
-        QCOMPARE(sampler.sample(), kNoNetwork);
+        Laptop laptop;
+        laptop.sampler.sample();
+        laptop.source.removeFile(netPath(kWifi, "statistics/tx_bytes"));
+        laptop.clock.advance(1);
+        QCOMPARE(laptop.sampler.sample(), kNoNetwork);
     }
 
     void interfaceNeitherWifiNorEthernetShowsItsName() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        setRoutes(source, "proc/net-route-vpn.txt");
-        source.setFile(netPath(QStringLiteral("wg0"), "type"), "65534\n");
-        setCounters(source, QStringLiteral("wg0"), 1'000, 2'000);
-        NetworkStatsSampler sampler(source, clock);
-        QCOMPARE(sampler.sample(),
+        Laptop laptop;
+        setRoutes(laptop.source, "proc/net-route-vpn.txt");
+        laptop.source.setFile(netPath(QStringLiteral("wg0"), "type"), "65534\n");
+        setCounters(laptop.source, QStringLiteral("wg0"), 1'000, 2'000);
+        QCOMPARE(laptop.sampler.sample(),
                  (NetworkSample{QStringLiteral("wg0"), NetworkInterfaceKind::Other, 0, 0}));
     }
 
     void withoutDefaultRouteFirstActiveIPv4InterfaceIsMeasured() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        setRoutes(source, "proc/net-route-no-default.txt");
-        source.setInterfaceAddresses(
+        Laptop laptop;
+        setRoutes(laptop.source, "proc/net-route-no-default.txt");
+        laptop.source.setInterfaceAddresses(
             {{QStringLiteral("lo"), IFF_UP | IFF_RUNNING | IFF_LOOPBACK, AF_INET},
              {kEthernet, IFF_UP | IFF_RUNNING | IFF_BROADCAST, AF_INET}});
-        NetworkStatsSampler sampler(source, clock);
-        QCOMPARE(sampler.sample(), ethernet(0, 0));
+        QCOMPARE(laptop.sampler.sample(), ethernet(0, 0));
     }
 
     void unreadableRouteTableFallsBackToInterfaceAddresses() {
-        FakeNetworkSource source;
-        MockClock clock;
-        setUpLaptop(source);
-        source.removeFile(kRoutes);
-        source.setInterfaceAddresses({{kWifi, IFF_UP | IFF_RUNNING, AF_INET}});
-        NetworkStatsSampler sampler(source, clock);
-        QCOMPARE(sampler.sample(), wifi(0, 0));
+        Laptop laptop;
+        laptop.source.removeFile(kRoutes);
+        laptop.source.setInterfaceAddresses({{kWifi, IFF_UP | IFF_RUNNING, AF_INET}});
+        QCOMPARE(laptop.sampler.sample(), wifi(0, 0));
     }
 
     void realMachineGivesSaneSample() {
