@@ -9,7 +9,9 @@
 #
 #   bench/soak.sh [minutes]      (default 30; needs build/bin/corkwheel, CORKWHEEL=<path>
 #                                 measures another build, which finds its web engine plugin
-#                                 in ../lib/corkwheel as in the build folder)
+#                                 in ../lib/corkwheel as in the build folder; WEBPAGE=no
+#                                 puts a twentieth clock in place of the web page, to tell
+#                                 the web engine's share from the rest)
 set -euo pipefail
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 root=$(cd "$here/.." && pwd)
@@ -17,6 +19,7 @@ source "$root/scripts/lib/common.sh"
 source "$root/scripts/lib/virtual-desktop.sh"
 minutes=${1:-30}
 corkwheel=${CORKWHEEL:-$root/build/bin/corkwheel}
+webpage=${WEBPAGE:-yes}
 
 install_missing_packages xvfb openbox picom python3
 work=$(mktemp -d)
@@ -52,9 +55,9 @@ for _ in $(seq 50); do
 done
 [[ -n $port ]] || { echo "the local web server did not start" >&2; exit 1; }
 
-python3 - "$work" "$port" >"$work/data/Corkwheel/panels.json" <<'PY'
+python3 - "$work" "$port" "$webpage" >"$work/data/Corkwheel/panels.json" <<'PY'
 import json, sys, uuid
-work, port = sys.argv[1], sys.argv[2]
+work, port, webpage = sys.argv[1], sys.argv[2], sys.argv[3] == "yes"
 colour = lambda r, g, b, a: {"red": r, "green": g, "blue": b, "alpha": a}
 def panel(index, kind, **content):
     fields = {"shellCommand": "", "filePath": "", "textTemplate": "", "clockFormat": "",
@@ -80,7 +83,10 @@ kinds = [("shell", {"shellCommand": "date; uptime; ls /proc | wc -l"}),
 for index in range(19):
     kind, content = kinds[index % len(kinds)]
     panels.append(panel(index, kind, **content))
-panels.append(panel(19, "webpage", webpageURL=f"http://127.0.0.1:{port}/index.html"))
+if webpage:
+    panels.append(panel(19, "webpage", webpageURL=f"http://127.0.0.1:{port}/index.html"))
+else:
+    panels.append(panel(19, "clock", clockFormat="HH:mm:ss"))
 print(json.dumps(panels, separators=(",", ":")))
 PY
 
