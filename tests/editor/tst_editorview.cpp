@@ -160,10 +160,7 @@ private Q_SLOTS:
         clickOn(window, rowsOf(view().sidebar()).at(1));
         QCOMPARE(view().selection(), second.id);
 
-        onPopup([](QMenu& menu) {
-            if (QAction* remove = actionNamed(menu, QStringLiteral("Delete")))
-                remove->trigger();
-        });
+        chooseOnPopup(QStringLiteral("Delete"));
         clickOn(window, rowsOf(view().sidebar()).at(1), Qt::RightButton);
         QCOMPARE(store().panels(), QList<Panel>{first});
         QVERIFY(!view().inspector());
@@ -174,10 +171,7 @@ private Q_SLOTS:
         const Panel first = named(QStringLiteral("First"));
         EditorWindow& window = open({first, named(QStringLiteral("Second"))});
         QTRY_COMPARE(view().selection(), first.id);
-        onPopup([](QMenu& menu) {
-            if (QAction* choice = actionNamed(menu, QStringLiteral("Shell Command")))
-                choice->trigger();
-        });
+        chooseOnPopup(QStringLiteral("Shell Command"));
         clickOn(window, addButtonOf(view().sidebar()));
         QTRY_COMPARE(store().panels().size(), 3);
         QCOMPARE(view().selection(), first.id);
@@ -187,10 +181,7 @@ private Q_SLOTS:
     void choosingATypeWithNothingSelectedShowsTheNewPanel() {
         EditorWindow& window = open({});
         QCOMPARE(placardTitle(), QStringLiteral("No Panel Selected"));
-        onPopup([](QMenu& menu) {
-            if (QAction* choice = actionNamed(menu, QStringLiteral("Clock")))
-                choice->trigger();
-        });
+        chooseOnPopup(QStringLiteral("Clock"));
         clickOn(window, addButtonOf(view().sidebar()));
         QTRY_COMPARE(store().panels().size(), 1);
         const QUuid added = store().panels().first().id;

@@ -83,20 +83,30 @@ private Q_SLOTS:
         QCOMPARE(laptop.sampler.sample(), wifi(0, 0));
     }
 
-    void nextSampleGivesBytesPerSecondSinceThePrevious() {
-        Laptop laptop;
-        laptop.sampler.sample();
-        laptop.clock.advance(2);
-        setCounters(laptop.source, kWifi, 5'004'000, 801'000);
-        QCOMPARE(laptop.sampler.sample(), wifi(2000, 500));
+    void nextSampleGivesBytesPerSecondSinceThePrevious_data() {
+        QTest::addColumn<double>("seconds");
+        QTest::addColumn<quint64>("received");
+        QTest::addColumn<quint64>("sent");
+        QTest::addColumn<double>("down");
+        QTest::addColumn<double>("up");
+        // The laptop's Wi-Fi starts at 5,000,000 bytes received and 800,000 sent.
+        QTest::newRow("two seconds apart")
+            << 2.0 << quint64(5'004'000) << quint64(801'000) << 2000.0 << 500.0;
+        QTest::newRow("samples closer than a tenth of a second divide by a tenth")
+            << 0.05 << quint64(5'001'000) << quint64(800'500) << 10'000.0 << 5'000.0;
     }
 
-    void samplesCloserThanATenthOfASecondDivideByATenth() {
+    void nextSampleGivesBytesPerSecondSinceThePrevious() {
+        QFETCH(double, seconds);
+        QFETCH(quint64, received);
+        QFETCH(quint64, sent);
+        QFETCH(double, down);
+        QFETCH(double, up);
         Laptop laptop;
         laptop.sampler.sample();
-        laptop.clock.advance(0.05);
-        setCounters(laptop.source, kWifi, 5'001'000, 800'500);
-        QCOMPARE(laptop.sampler.sample(), wifi(10'000, 5'000));
+        laptop.clock.advance(seconds);
+        setCounters(laptop.source, kWifi, received, sent);
+        QCOMPARE(laptop.sampler.sample(), wifi(down, up));
     }
 
     void sampleAskedForInTheSameWakeUpIsTheLastSample() {

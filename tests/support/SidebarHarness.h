@@ -73,6 +73,14 @@ inline QAction* actionNamed(QMenu& menu, const QString& text) {
     return nullptr;
 }
 
+// Chooses the item labelled `text` from the next popup menu.
+inline void chooseOnPopup(const QString& text) {
+    onPopup([text](QMenu& menu) {
+        if (QAction* choice = actionNamed(menu, text))
+            choice->trigger();
+    });
+}
+
 inline QListWidget* panelListOf(const SidebarView& sidebar) {
     return sidebar.findChild<QListWidget*>(QStringLiteral("panelList"));
 }
