@@ -10,7 +10,7 @@ BUILD_PACKAGES=(
     cmake ninja-build g++ pkg-config
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
     qt6-image-formats-plugins
-    libgl-dev libxkbcommon-dev libicu-dev nlohmann-json3-dev
+    libgl-dev libxkbcommon-dev libicu-dev nlohmann-json3-dev libfontconfig-dev
     libxcb1-dev libxcb-shape0-dev libxcb-xfixes0-dev
     zsh
 )
@@ -18,6 +18,8 @@ BUILD_PACKAGES=(
 TEST_PACKAGES=(
     xvfb openbox picom xdotool wmctrl x11-utils x11-xserver-utils trayer desktop-file-utils
     fonts-dejavu-core clang-format
+    # fc-list, which the font picker's test holds the installed faces against.
+    fontconfig
     # The window managers the desktop tests run under, their desktop icons programs and the
     # session bus they want.
     xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon

@@ -2,15 +2,21 @@
 
 #include "editor/FontChoices.h"
 
+#include "render/FontFaces.h"
+
 #include <QCollator>
-#include <QFontDatabase>
 
 #include <algorithm>
 
 namespace corkwheel {
 
 const QStringList& fontChoices() {
-    static const QStringList choices = sortedFontNames(QFontDatabase::families());
+    static const QStringList choices = [] {
+        QStringList names;
+        for (const FontFaces::Face& face : FontFaces::installed())
+            names.append(face.postScriptName);
+        return sortedFontNames(std::move(names));
+    }();
     return choices;
 }
 

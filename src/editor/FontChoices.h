@@ -7,8 +7,9 @@
 
 namespace corkwheel {
 
-// The font names the inspector's font picker offers: every installed font family, sorted.
-// Read once per process, on first use; fonts installed later appear after a restart.
+// The font names the inspector's font picker offers: the PostScript name of every installed
+// face (a bold, an italic, a condensed face each have their own), sorted. Read once per
+// process, on first use; fonts installed later appear after a restart.
 const QStringList& fontChoices();
 
 // `names` sorted ascending for `locale`, ignoring case; names that compare equal keep their

@@ -3,6 +3,7 @@
 #include "render/PanelFonts.h"
 
 #include "render/FontCache.h"
+#include "render/FontFaces.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -27,10 +28,19 @@ int pixelSizeFor(double size) {
     return static_cast<int>(std::lround(boundedSize(size)));
 }
 
-QFont resolveStyleFont(const QString& family, int pixelSize) {
-    QFont font = QFontDatabase::hasFamily(family)
-                     ? QFont(family)
-                     : QFontDatabase::systemFont(QFontDatabase::FixedFont);
+QFont fontNamed(const QString& name) {
+    if (const auto face = FontFaces::named(name)) {
+        QFont font(face->family);
+        font.setStyleName(face->style);
+        return font;
+    }
+    if (QFontDatabase::hasFamily(name))
+        return QFont(name);
+    return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+}
+
+QFont resolveStyleFont(const QString& name, int pixelSize) {
+    QFont font = fontNamed(name);
     font.setPixelSize(pixelSize);
     return font;
 }
@@ -45,22 +55,22 @@ double sizeOf(const QFont& font) {
     return font.pixelSize() > 0 ? font.pixelSize() : QFontInfo(font).pixelSize();
 }
 
-// Finding a family runs fontconfig's alias substitution, and a font made afresh looks its
-// glyphs' engine up again for every measurement; together they took a good part of every
-// redraw of a ticking clock. So each family and size is resolved once, and copies of that
-// font, which share what it has looked up, are handed out until the application's fonts
-// change, which it announces.
-QFont styleFont(const QString& family, double size) {
+// Finding a face or a family asks fontconfig, which runs its alias substitution, and a font
+// made afresh looks its glyphs' engine up again for every measurement; together they took a
+// good part of every redraw of a ticking clock. So each name and size is resolved once, and
+// copies of that font, which share what it has looked up, are handed out until the
+// application's fonts change, which it announces.
+QFont styleFont(const QString& name, double size) {
     constexpr qsizetype kMaxFonts = 64;
     static FontCache<std::pair<QString, int>, QFont> resolved(kMaxFonts);
     const int pixelSize = pixelSizeFor(size);
-    return resolved.value({family, pixelSize}, [&] { return resolveStyleFont(family, pixelSize); });
+    return resolved.value({name, pixelSize}, [&] { return resolveStyleFont(name, pixelSize); });
 }
 
-ScaledFont scaledStyleFont(const QString& family, double size) {
+ScaledFont scaledStyleFont(const QString& name, double size) {
     const double bounded = boundedSize(size);
     const double whole = std::ceil(bounded);
-    return {styleFont(family, whole), bounded / whole};
+    return {styleFont(name, whole), bounded / whole};
 }
 
 QFont systemFont(double size, QFont::Weight weight) {

@@ -11,10 +11,12 @@ namespace corkwheel::PanelFonts {
 // every other size of a panel, so a 13-point panel font stands as tall as 13 points of the
 // panel's frame whatever the desktop's DPI setting.
 
-// The font a panel style names, at `size`. A family that is not installed gives the
-// system's fixed-width font instead: the default style names a font Linux systems lack, and
-// its panels should stay monospaced here too.
-QFont styleFont(const QString& family, double size);
+// The font a panel style names, at `size`. The name is an installed face's PostScript name
+// ("DejaVuSans-Bold"), as the inspector's picker offers, or else a family's name, as
+// documents written by hand may hold. A name that is neither gives the system's fixed-width
+// font instead: the default style names a face Linux systems lack, and its panels should
+// stay monospaced here too.
+QFont styleFont(const QString& name, double size);
 
 // A font that draws at `size`, which may lie between two whole pixels. Qt makes glyphs in
 // whole pixels only, so `font` is at the whole size just above and what is drawn with it,
@@ -23,7 +25,7 @@ struct ScaledFont {
     QFont font;
     double scale = 1;
 };
-ScaledFont scaledStyleFont(const QString& family, double size);
+ScaledFont scaledStyleFont(const QString& name, double size);
 
 // The application's font at `size` and `weight`.
 QFont systemFont(double size, QFont::Weight weight = QFont::Normal);

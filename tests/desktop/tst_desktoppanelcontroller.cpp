@@ -6,6 +6,7 @@
 #include "support/PanelFixtures.h"
 #include "support/RecordingDesktopPlatform.h"
 #include "support/StoreFixture.h"
+#include "support/ViewTesting.h"
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"
@@ -249,6 +250,27 @@ private Q_SLOTS:
         Q_EMIT controller->hostView()->moveDragEnded();
         QCOMPARE(windowFrame(*controller), QRect(60, 40, 360, 80));
         QCOMPARE(controller->panel().frame, (PanelFrame{60, 40, 360, 80}));
+    }
+
+    // The face the inspector's picker stores is the face the panel's window draws.
+    void panelWindowDrawsTheFaceItsStyleNames() {
+        const auto widthIn = [&](const char* face) -> double {
+            m_panel.textTemplate = QStringLiteral("MMMMMMMM");
+            m_panel.style.fontName = QLatin1String(face);
+            m_panel.style.fontSize = 24;
+            m_panel.style.showShadow = false;
+            auto controller = makeController();
+            double width = 0;
+            [[maybe_unused]] const bool drawn = QTest::qWaitFor([&] {
+                width = inkBounds(render(*controller->hostView(), 1), isVisible).width();
+                return width > 0;
+            });
+            return width;
+        };
+        const double regular = widthIn("DejaVuSans");
+        const double bold = widthIn("DejaVuSans-Bold");
+        QVERIFY2(regular > 0 && bold > regular + 8,
+                 qPrintable(QStringLiteral("%1 %2").arg(regular).arg(bold)));
     }
 
     void withoutCompositorWindowPaintsDarkBackdrop() {

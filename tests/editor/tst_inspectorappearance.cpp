@@ -8,12 +8,14 @@
 #include "editor/FontChoices.h"
 #include "editor/InspectorView.h"
 #include "editor/StepperLabel.h"
+#include "render/PanelContentView.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QCollator>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QFontDatabase>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QTest>
@@ -22,6 +24,41 @@
 
 using namespace corkwheel;
 using namespace corkwheel::test;
+
+namespace {
+
+// What fontconfig's own tool lists: the PostScript name of every installed face but a
+// variable font's whole, each once.
+QStringList facesListedByFontconfig() {
+    QProcess fcList;
+    fcList.start(QStringLiteral("fc-list"), {QStringLiteral("--format=%{postscriptname}\\n"),
+                                             QStringLiteral(":variable=false")});
+    if (!fcList.waitForFinished())
+        return {};
+    QStringList names = QString::fromUtf8(fcList.readAllStandardOutput())
+                            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    names.removeDuplicates();
+    return names;
+}
+
+// Chooses `name` in the picker's list as a click on it would.
+void choose(QComboBox* picker, const QString& name) {
+    const int index = picker->findText(name);
+    QVERIFY2(index >= 0, qPrintable(name));
+    picker->showPopup();
+    QAbstractItemView* list = picker->view();
+    QTRY_VERIFY(list->isVisible());
+    const QModelIndex item = list->model()->index(index, 0);
+    list->scrollTo(item);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(item).center());
+    QTRY_VERIFY(!list->isVisible());
+}
+
+double inkWidth(QWidget& view) {
+    return inkBounds(render(view, 1), isVisible).width();
+}
+
+} // namespace
 
 class InspectorAppearanceTest : public QObject, private InspectorFixture {
     Q_OBJECT
@@ -162,7 +199,7 @@ private Q_SLOTS:
         QCOMPARE(stored(panel.id).style.opacity, 0.101);
     }
 
-    void fontChoicesAreSortedIgnoringCase() {
+    void fontNamesAreSortedIgnoringCase() {
         const QStringList names{QStringLiteral("beta"),  QStringLiteral("Alpha"),
                                 QStringLiteral("gamma"), QStringLiteral("alpha"),
                                 QStringLiteral("Beta"),  QStringLiteral("Zeta")};
@@ -170,18 +207,49 @@ private Q_SLOTS:
             sortedFontNames(names, QLocale(QLocale::English)),
             QStringList({QStringLiteral("Alpha"), QStringLiteral("alpha"), QStringLiteral("beta"),
                          QStringLiteral("Beta"), QStringLiteral("gamma"), QStringLiteral("Zeta")}));
+    }
 
+    void fontChoicesAreEveryInstalledFaceSortedIgnoringCase() {
         const QStringList& choices = fontChoices();
         QCOMPARE(&fontChoices(), &choices);
-        QStringList installed = QFontDatabase::families();
+        QStringList listed = facesListedByFontconfig();
+        QVERIFY(!listed.isEmpty());
         QStringList sorted = choices;
-        std::sort(installed.begin(), installed.end());
+        std::sort(listed.begin(), listed.end());
         std::sort(sorted.begin(), sorted.end());
-        QCOMPARE(sorted, installed);
+        QCOMPARE(sorted, listed);
+        // Faces, not families: each weight and slant of DejaVu Sans is a name of its own.
+        for (const char* face : {"DejaVuSans", "DejaVuSans-Bold", "DejaVuSans-Oblique",
+                                 "DejaVuSansCondensed-Bold", "DejaVuSansMono-Bold"})
+            QVERIFY2(choices.contains(QLatin1String(face)), face);
+        QVERIFY(!choices.contains(QStringLiteral("DejaVu Sans")));
         QCollator collator;
         collator.setCaseSensitivity(Qt::CaseInsensitive);
         for (qsizetype i = 1; i < choices.size(); ++i)
             QVERIFY2(collator.compare(choices[i - 1], choices[i]) <= 0, qPrintable(choices[i]));
+    }
+
+    // The picker's face is the face the preview draws: DejaVu Sans's bold face sets the same
+    // line wider than its regular one at the same size.
+    void faceChosenInThePickerIsDrawnInThePreview() {
+        Panel panel = textPanel(QStringLiteral("Notes"), {40, 40, 340, 80});
+        panel.textTemplate = QStringLiteral("MMMMMMMM");
+        panel.style.fontSize = 24;
+        InspectorView& inspector = open({panel});
+        QTRY_COMPARE(inspector.preview().displayedText(), QStringLiteral("MMMMMMMM"));
+        auto* picker = control<QComboBox>("fontPicker");
+
+        choose(picker, QStringLiteral("DejaVuSans"));
+        QCOMPARE(stored(panel.id).style.fontName, QStringLiteral("DejaVuSans"));
+        const double regular = inkWidth(inspector.preview());
+        QVERIFY(regular > 0);
+
+        choose(picker, QStringLiteral("DejaVuSans-Bold"));
+        QCOMPARE(stored(panel.id).style.fontName, QStringLiteral("DejaVuSans-Bold"));
+        QCOMPARE(picker->currentText(), QStringLiteral("DejaVuSans-Bold"));
+        QTRY_VERIFY2(
+            inkWidth(inspector.preview()) > regular + 8,
+            qPrintable(QStringLiteral("%1 %2").arg(inkWidth(inspector.preview())).arg(regular)));
     }
 
     void fontPickerListsTheChoicesAndKeepsAnUninstalledFont() {

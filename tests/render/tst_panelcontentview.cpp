@@ -7,6 +7,8 @@
 #include "render/TextBody.h"
 
 #include <QFile>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -207,6 +209,40 @@ private Q_SLOTS:
         QCOMPARE(QFontInfo(font).family(), QStringLiteral("DejaVu Serif"));
         QCOMPARE(PanelFonts::sizeOf(font), 13.0);
         QCOMPARE(QFontInfo(font).pixelSize(), 13);
+    }
+
+    // Panels store a face by its PostScript name, as the inspector's picker offers faces.
+    void faceNamedByItsPostScriptNameIsThatFace() {
+        const QFont bold = PanelFonts::styleFont(QStringLiteral("DejaVuSans-Bold"), 13);
+        QCOMPARE(QFontInfo(bold).family(), QStringLiteral("DejaVu Sans"));
+        QCOMPARE(QFontInfo(bold).styleName(), QStringLiteral("Bold"));
+        const QFont condensed =
+            PanelFonts::styleFont(QStringLiteral("DejaVuSansCondensed-Oblique"), 13);
+        QCOMPARE(QFontInfo(condensed).family(), QStringLiteral("DejaVu Sans"));
+        QCOMPARE(QFontInfo(condensed).styleName(), QStringLiteral("Condensed Oblique"));
+    }
+
+    void boldFaceIsDrawnWiderThanItsRegularFace() {
+        const auto widthIn = [&](const char* face) {
+            Panel panel = sizedTextPanel(QStringLiteral("MMMMMMMM"), QSize(400, 60));
+            panel.style.fontName = QLatin1String(face);
+            panel.style.fontSize = 24;
+            show(panel);
+            return inkBounds(renderView(1), isVisible).width();
+        };
+        const double regular = widthIn("DejaVuSans");
+        const double bold = widthIn("DejaVuSans-Bold");
+        QVERIFY2(regular > 0 && bold > regular + 8,
+                 qPrintable(QStringLiteral("%1 %2").arg(regular).arg(bold)));
+        // A family's name, as a document written by hand may hold, still draws that family.
+        QCOMPARE(widthIn("DejaVu Sans"), regular);
+    }
+
+    void faceThatIsNotInstalledGivesTheFixedWidthFont() {
+        const QFont font = PanelFonts::styleFont(QStringLiteral("DejaVuSans-NoSuchWeight"), 13);
+        QVERIFY(QFontInfo(font).fixedPitch());
+        QCOMPARE(QFontInfo(font).family(),
+                 QFontInfo(QFontDatabase::systemFont(QFontDatabase::FixedFont)).family());
     }
 
     // A size between two whole pixels is drawn at that size, not rounded to either.
