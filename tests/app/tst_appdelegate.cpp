@@ -12,13 +12,42 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QToolButton>
 
 #include <QApplication>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
 using namespace corkwheel;
+
+namespace {
+
+QAction* actionNamed(QMenu* menu, const QString& text) {
+    for (QAction* action : menu->actions()) {
+        if (action->text() == text)
+            return action;
+    }
+    return nullptr;
+}
+
+// The tray menu, popped up as a click on the tray icon does.
+void openMenu(QMenu* menu) {
+    if (!menu->isVisible())
+        menu->popup(QPoint(100, 100));
+    QTRY_VERIFY(menu->isVisible());
+}
+
+// `item` chosen with a click in the open menu, which closes it.
+void chooseInMenu(QMenu* menu, QAction* item) {
+    openMenu(menu);
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(item).center());
+    QTRY_VERIFY(!menu->isVisible());
+}
+
+} // namespace
 
 class AppDelegateTest : public QObject {
     Q_OBJECT
@@ -43,25 +72,42 @@ private Q_SLOTS:
         QVERIFY(delegate.dockPolicy().isRegular());
     }
 
+    void editModeInTheTrayMenuAndTheEditorToolbarStayInStep_data() {
+        QTest::addColumn<bool>("onInTheMenu");
+        QTest::newRow("on in the menu, off in the toolbar") << true;
+        QTest::newRow("on in the toolbar, off in the menu") << false;
+    }
+
+    // With the editor and the tray menu open at once, both show the store's one flag at
+    // every step, whichever of the two switched it.
     void editModeInTheTrayMenuAndTheEditorToolbarStayInStep() {
+        QFETCH(bool, onInTheMenu);
         AppSettings settings;
         AppDelegate delegate(settings);
         delegate.applicationDidFinishLaunching();
         delegate.openSettingsWindow();
-        QAction* inMenu = nullptr;
-        for (QAction* action : delegate.menuBarView().menu()->actions()) {
-            if (action->text() == QStringLiteral("Edit Mode"))
-                inMenu = action;
-        }
+        EditorWindow* editor = delegate.editorWindow();
+        QVERIFY(QTest::qWaitForWindowExposed(editor));
+        QMenu* menu = delegate.menuBarView().menu();
+        QAction* inMenu = actionNamed(menu, QStringLiteral("Edit Mode"));
         QVERIFY(inMenu);
-        QAction* inToolbar = delegate.editorWindow()->editModeAction();
+        QAction* inToolbar = editor->editModeAction();
+        const auto bothShow = [&](bool on) {
+            openMenu(menu);
+            return delegate.store().isEditMode() == on && inMenu->isChecked() == on &&
+                   inToolbar->isChecked() == on && editor->isVisible();
+        };
+        const std::function<void()> switchInMenu = [&] { chooseInMenu(menu, inMenu); };
+        const std::function<void()> switchInToolbar = [&] {
+            QTest::mouseClick(editor->buttonFor(inToolbar), Qt::LeftButton);
+        };
+        QVERIFY(bothShow(false));
 
-        inMenu->trigger();
-        QVERIFY(delegate.store().isEditMode());
-        QVERIFY(inToolbar->isChecked());
-        inToolbar->trigger();
-        QVERIFY(!delegate.store().isEditMode());
-        QVERIFY(!inMenu->isChecked());
+        (onInTheMenu ? switchInMenu : switchInToolbar)();
+        QVERIFY(bothShow(true));
+        (onInTheMenu ? switchInToolbar : switchInMenu)();
+        QVERIFY(bothShow(false));
+        menu->close();
     }
 
     void editorIsNotOpenedAtLaunch() {

@@ -516,6 +516,28 @@ private Q_SLOTS:
                  qPrintable(QString::number(brightest)));
     }
 
+    // Opacity 0 draws nothing of the panel, yet its window stays on the desktop, at its
+    // frame: the same window shows the panel again once it is opaque.
+    void clearPanelKeepsItsWindowWithNothingDrawn() {
+        const QPoint sample = sampleOf(rectOf(m_alpha.frame));
+        const QColor desktop = screenPixel(sample);
+        QVERIFY(!isColor(desktop, kPanelColor));
+        startInProcess({m_alpha});
+        const WId alpha = windowOf(m_alpha);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+
+        Panel clear = m_alpha;
+        clear.style.opacity = 0;
+        store().update(clear);
+        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(sample), desktop), kWait);
+        QVERIFY(isViewable(alpha));
+        QCOMPARE(screenGeometry(alpha), rectOf(m_alpha.frame));
+
+        store().update(m_alpha);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample), kWait);
+        QCOMPARE(windowOf(m_alpha), alpha);
+    }
+
     void disabledAndHiddenPanelsAreUnmapped() {
         startInProcess({m_alpha, m_beta, m_off});
         const WId alpha = windowOf(m_alpha);

@@ -26,6 +26,7 @@
 #include <QCheckBox>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QSignalBlocker>
 #include <QSplitter>
 #include <QTest>
 #include <QToolButton>
@@ -199,6 +200,30 @@ private Q_SLOTS:
         QVERIFY(view().selection().isNull());
         store().removePanel(old.id);
         QCOMPARE(view().selection(), kept.id);
+    }
+
+    // As a document read again would: every panel is new, announced as one change.
+    void allIdsChangedAtOnceWhileNothingIsSelectedSelectTheFirstNewPanel() {
+        const Panel old = named(QStringLiteral("Old"));
+        const Panel older = named(QStringLiteral("Older"));
+        makeEditor({old, older});
+        QVERIFY(view().selection().isNull());
+        {
+            const QSignalBlocker oneChange(&store());
+            store().removePanel(old.id);
+            store().removePanel(older.id);
+            store().addPanel(PanelType::Clock);
+            store().addPanel(PanelType::Shell);
+        }
+        const QList<Panel> fresh = store().panels();
+        QCOMPARE(fresh.size(), 2);
+        QVERIFY(fresh[0].id != old.id && fresh[0].id != older.id);
+        QVERIFY(view().selection().isNull());
+        Q_EMIT store().panelsChanged();
+        QCOMPARE(view().selection(), fresh[0].id);
+        QCOMPARE(view().sidebar().selection(), fresh[0].id);
+        QCOMPARE(view().inspector()->panelID(), fresh[0].id);
+        QVERIFY(!view().showsPlacard());
     }
 
     void changeOfAPanelKeepsTheSameInspector() {
