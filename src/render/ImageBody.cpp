@@ -2,7 +2,9 @@
 
 #include "render/ImageBody.h"
 
+#include "model/PanelType.h"
 #include "render/DevicePixelRatio.h"
+#include "render/PanelColors.h"
 #include "render/Symbols.h"
 
 #include <QPainter>
@@ -64,8 +66,7 @@ const QImage& ImageBody::scaled(const QImage& image, const QSize& pixels) {
 void ImageBody::paintPlaceholder(QPainter& painter, const QRectF& area) {
     QRectF box(0, 0, kPlaceholderSize, kPlaceholderSize);
     box.moveCenter(area.center());
-    Symbols::paint(painter, box, QStringLiteral("photo"),
-                   QColor::fromRgbF(1, 1, 1, static_cast<float>(kPlaceholderOpacity)));
+    Symbols::paint(painter, box, symbolName(PanelType::Image), PanelColors::placeholder());
 }
 
 } // namespace corkwheel

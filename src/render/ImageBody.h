@@ -27,7 +27,6 @@ public:
     void paint(QPainter& painter, const QRectF& rect, const QImage& image, const PanelStyle& style);
 
     static constexpr double kPlaceholderSize = 32;
-    static constexpr double kPlaceholderOpacity = 0.5;
 
 private:
     const QImage& scaled(const QImage& image, const QSize& pixels);

@@ -27,4 +27,8 @@ QColor withOpacity(QColor color, double opacity) {
     return color;
 }
 
+QColor placeholder() {
+    return QColor::fromRgbF(1, 1, 1, 0.5f);
+}
+
 } // namespace corkwheel::PanelColors

@@ -15,4 +15,7 @@ QColor toQColor(const CodableColor& color);
 // `color` with its alpha multiplied by `opacity`.
 QColor withOpacity(QColor color, double opacity);
 
+// The dimmed white of the symbol and note that stand in for a missing picture or page.
+QColor placeholder();
+
 } // namespace corkwheel::PanelColors

@@ -5,6 +5,8 @@
 #include "engine/PanelRunner.h"
 #include "engine/WebEngineLoader.h"
 #include "engine/WebPage.h"
+#include "model/PanelType.h"
+#include "render/PanelColors.h"
 #include "render/PanelFonts.h"
 #include "render/PanelShapes.h"
 #include "render/Symbols.h"
@@ -56,14 +58,14 @@ void WebBody::createView() {
 }
 
 void WebBody::paintPlaceholder(QPainter& painter, const QRectF& rect) {
-    const QColor color = QColor::fromRgbF(1, 1, 1, static_cast<float>(kPlaceholderOpacity));
+    const QColor color = PanelColors::placeholder();
     const QFont font = PanelFonts::caption();
     const QFontMetricsF metrics(font);
     const double height = kSymbolSize + kSpacing + metrics.height();
     const double top = rect.center().y() - height / 2;
     Symbols::paint(painter,
                    QRectF(rect.center().x() - kSymbolSize / 2, top, kSymbolSize, kSymbolSize),
-                   QStringLiteral("safari"), color);
+                   symbolName(PanelType::Webpage), color);
     painter.setFont(font);
     painter.setPen(color);
     painter.drawText(

@@ -46,7 +46,6 @@ public:
 
     static constexpr double kSymbolSize = 28;
     static constexpr double kSpacing = 8;
-    static constexpr double kPlaceholderOpacity = 0.5;
 
 private:
     void createView();
