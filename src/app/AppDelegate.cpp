@@ -4,7 +4,7 @@
 
 #include "desktop/DesktopWindowsManager.h"
 #include "editor/EditorWindow.h"
-#include "editor/TaskbarDockPolicy.h"
+#include "app/TaskbarDockPolicy.h"
 #include "platform/DesktopPlatform.h"
 #include "settings/AppSettings.h"
 #include "tray/MenuBarItem.h"

@@ -3,9 +3,11 @@
 // The application's own lifetime rules: the editor opens on request and closing it leaves
 // Corkwheel running.
 
+#include "support/RecordingDesktopPlatform.h"
+
 #include "app/AppDelegate.h"
+#include "app/TaskbarDockPolicy.h"
 #include "editor/EditorWindow.h"
-#include "editor/TaskbarDockPolicy.h"
 #include "settings/AppSettings.h"
 #include "tray/MenuBarItem.h"
 #include "tray/MenuBarView.h"
@@ -22,6 +24,7 @@
 #include <functional>
 
 using namespace corkwheel;
+using corkwheel::test::RecordingDesktopPlatform;
 
 namespace {
 
@@ -166,6 +169,19 @@ private Q_SLOTS:
         Q_EMIT delegate.menuBarView().settingsRequested();
         QVERIFY(delegate.editorWindow());
         QVERIFY(delegate.editorWindow()->isVisible());
+    }
+
+    void dockPolicyListsTheEditorInTheTaskbarOnlyWhenRegular() {
+        RecordingDesktopPlatform platform;
+        TaskbarDockPolicy policy(platform);
+        policy.setRegular(false);
+        QWidget editor;
+        // A window that opens later takes the policy as it stands.
+        policy.setWindow(&editor);
+        QVERIFY(!platform.state(&editor).listedInTaskbar);
+        policy.setRegular(true);
+        QVERIFY(platform.state(&editor).listedInTaskbar);
+        QVERIFY(policy.isRegular());
     }
 };
 

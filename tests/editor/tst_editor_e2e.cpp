@@ -9,7 +9,7 @@
 #include "support/StoreFixture.h"
 
 #include "editor/InspectorView.h"
-#include "editor/TaskbarDockPolicy.h"
+#include "app/TaskbarDockPolicy.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
 #include "settings/AppSettings.h"

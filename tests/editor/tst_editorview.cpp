@@ -5,7 +5,6 @@
 
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
-#include "support/RecordingDesktopPlatform.h"
 #include "support/SidebarHarness.h"
 #include "support/StoreFixture.h"
 #include "support/SymbolTesting.h"
@@ -16,7 +15,6 @@
 #include "editor/EmptyStatePlacard.h"
 #include "editor/InspectorView.h"
 #include "editor/SidebarView.h"
-#include "editor/TaskbarDockPolicy.h"
 #include "render/Symbols.h"
 #include "settings/AppSettings.h"
 #include "settings/StartAtLogin.h"
@@ -385,19 +383,6 @@ private Q_SLOTS:
         QVERIFY(QFile::remove(StartAtLogin::entryPath()));
         window.appOptionsAction()->trigger();
         QVERIFY(!window.appOptions().startAtLoginBox()->isChecked());
-    }
-
-    void dockPolicyListsTheEditorInTheTaskbarOnlyWhenRegular() {
-        RecordingDesktopPlatform platform;
-        TaskbarDockPolicy policy(platform);
-        policy.setRegular(false);
-        QWidget editor;
-        // A window that opens later takes the policy as it stands.
-        policy.setWindow(&editor);
-        QVERIFY(!platform.state(&editor).listedInTaskbar);
-        policy.setRegular(true);
-        QVERIFY(platform.state(&editor).listedInTaskbar);
-        QVERIFY(policy.isRegular());
     }
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "editor/TaskbarDockPolicy.h"
+#include "app/TaskbarDockPolicy.h"
 
 #include "platform/DesktopPlatform.h"
 
