@@ -61,9 +61,4 @@ WebPage* createPage(QObject* parent) {
     return engine ? engine->createPage(parent) : nullptr;
 }
 
-QWidget* createView(WebPage* page, QWidget* parent) {
-    WebEngineBackend* engine = backend();
-    return engine ? engine->createView(page, parent) : nullptr;
-}
-
 } // namespace corkwheel::WebEngineLoader

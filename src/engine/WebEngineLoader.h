@@ -4,7 +4,6 @@
 
 class QObject;
 class QString;
-class QWidget;
 
 namespace corkwheel {
 
@@ -22,9 +21,6 @@ WebEngineBackend* backendAt(const QString& path);
 
 // A new page from the backend; null without one.
 WebPage* createPage(QObject* parent);
-
-// A web view of `page` (made by createPage) from the backend; null without one.
-QWidget* createView(WebPage* page, QWidget* parent);
 
 } // namespace WebEngineLoader
 

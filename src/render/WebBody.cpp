@@ -3,6 +3,7 @@
 #include "render/WebBody.h"
 
 #include "engine/PanelRunner.h"
+#include "engine/WebEngineBackend.h"
 #include "engine/WebEngineLoader.h"
 #include "engine/WebPage.h"
 #include "model/PanelType.h"
@@ -17,8 +18,18 @@
 
 namespace corkwheel {
 
+namespace {
+
+// A web view of `page`, a page the loaded web engine made; none without the engine.
+QWidget* engineView(WebPage* page, QWidget* parent) {
+    WebEngineBackend* engine = WebEngineLoader::backend();
+    return engine ? engine->createView(page, parent) : nullptr;
+}
+
+} // namespace
+
 WebBody::WebBody(PanelRunner& runner, QWidget* host)
-    : m_runner(runner), m_host(host), m_factory(&WebEngineLoader::createView) {}
+    : m_runner(runner), m_host(host), m_factory(&engineView) {}
 
 void WebBody::setViewFactory(ViewFactory factory) {
     m_factory = std::move(factory);
