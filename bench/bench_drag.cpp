@@ -10,14 +10,21 @@
 //
 //   QT_QPA_PLATFORM=xcb build/bench/bench_drag      (under an X server, real windows)
 //   QT_QPA_PLATFORM=offscreen build/bench/bench_drag
+//
+// With --editor, the editor is open on the dragged panel throughout, as when a user drags a
+// panel while its inspector shows where it is: every step then also reaches the sidebar and
+// the inspector, which follow the store's whole list.
 
 #include "desktop/DesktopPanelController.h"
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopWindowsManager.h"
+#include "editor/EditorView.h"
+#include "editor/EditorWindow.h"
 #include "engine/Clock.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
+#include "settings/AppSettings.h"
 
 #include <QAbstractNativeEventFilter>
 #include <QApplication>
@@ -29,6 +36,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <memory>
 #include <vector>
 
 using namespace corkwheel;
@@ -118,10 +126,13 @@ double settle(const Quiet& quiet) {
 } // namespace
 
 int main(int argc, char* argv[]) {
+    QTemporaryDir folder;
+    // The editor's preferences, apart from the user's own.
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.filePath(QStringLiteral("config"))));
     QApplication app(argc, argv);
+    const bool withEditor = QApplication::arguments().contains(QStringLiteral("--editor"));
     Quiet quiet;
     app.installNativeEventFilter(&quiet);
-    QTemporaryDir folder;
     const QString location = folder.filePath(QStringLiteral("panels.json"));
     QFile file(location);
     file.open(QIODevice::WriteOnly);
@@ -133,10 +144,17 @@ int main(int argc, char* argv[]) {
     RunnerServices services;
     services.clock = &Clock::system();
     DesktopWindowsManager manager(store, *platform, services);
+    const Panel dragged = store.panels().at(kPanels / 2);
+    AppSettings settings;
+    std::unique_ptr<EditorWindow> editor;
+    if (withEditor) {
+        editor = std::make_unique<EditorWindow>(store, settings, services);
+        editor->show();
+        editor->view().select(dragged.id);
+    }
     store.setEditMode(true);
     const double settled = settle(quiet);
 
-    const Panel dragged = store.panels().at(kPanels / 2);
     DesktopPanelHostView* host = manager.controller(dragged.id)->hostView();
 
     std::vector<double> reconcile;
@@ -169,8 +187,9 @@ int main(int argc, char* argv[]) {
     }
     Q_EMIT host->moveDragEnded();
 
-    std::printf("%d panels, %d drag steps, platform %s, settled in %.1f s\n", kPanels, kSteps,
-                qPrintable(QGuiApplication::platformName()), settled);
+    std::printf("%d panels, %d drag steps, platform %s, editor %s, settled in %.1f s\n", kPanels,
+                kSteps, qPrintable(QGuiApplication::platformName()),
+                withEditor ? "open on the dragged panel" : "closed", settled);
     report("drag step: store change + reconcile", reconcile);
     report("drag step: done after it was due", step);
     std::printf("steps over one 60 Hz frame (%.1f ms): %d\n", kFrameMs, dropped);

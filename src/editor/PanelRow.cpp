@@ -57,16 +57,26 @@ PanelRow::PanelRow(PanelStore& store, const Panel& panel, QWidget* parent)
     row->addWidget(m_switch, 0, Qt::AlignVCenter);
 
     connect(m_switch, &QAbstractButton::clicked, this, &PanelRow::writeEnabled);
-    setPanel(panel);
+    showFields();
+    applyColors();
 }
 
+// The sidebar hands every row its panel on every change of the store, a drag step on the
+// desktop included, so what did not change is left as it is: new colours are costly, as
+// every label takes its palette in anew.
 void PanelRow::setPanel(const Panel& panel) {
+    const bool typeChanged = panel.type != m_panel.type;
     m_panel = panel;
-    m_name->setText(panel.name);
-    m_type->setText(displayName(panel.type));
+    showFields();
+    if (typeChanged)
+        applyColors();
+}
+
+void PanelRow::showFields() {
+    m_name->setText(m_panel.name);
+    m_type->setText(displayName(m_panel.type));
     const QSignalBlocker quiet(m_switch);
-    m_switch->setChecked(panel.isEnabled);
-    applyColors();
+    m_switch->setChecked(m_panel.isEnabled);
 }
 
 void PanelRow::setSelected(bool selected) {

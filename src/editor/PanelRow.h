@@ -46,6 +46,8 @@ protected:
 
 private:
     void writeEnabled(bool enabled);
+    void showFields();
+    // The text colours and the type's symbol, for the row's selection and palette.
     void applyColors();
 
     PanelStore& m_store;
