@@ -3,6 +3,7 @@
 // The application's own lifetime rules: the editor opens on request and closing it leaves
 // Corkwheel running.
 
+#include "support/MenuTesting.h"
 #include "support/RecordingDesktopPlatform.h"
 
 #include "app/AppDelegate.h"
@@ -24,30 +25,12 @@
 #include <functional>
 
 using namespace corkwheel;
-using corkwheel::test::RecordingDesktopPlatform;
+using namespace corkwheel::test;
 
 namespace {
 
-QAction* actionNamed(QMenu* menu, const QString& text) {
-    for (QAction* action : menu->actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
-}
-
-// The tray menu, popped up as a click on the tray icon does.
-void openMenu(QMenu* menu) {
-    if (!menu->isVisible())
-        menu->popup(QPoint(100, 100));
-    QTRY_VERIFY(menu->isVisible());
-}
-
-// `item` chosen with a click in the open menu, which closes it.
-void chooseInMenu(QMenu* menu, QAction* item) {
-    openMenu(menu);
-    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(item).center());
-    QTRY_VERIFY(!menu->isVisible());
+QString onOff(bool on) {
+    return on ? QStringLiteral("on") : QStringLiteral("off");
 }
 
 } // namespace
@@ -92,24 +75,27 @@ private Q_SLOTS:
         EditorWindow* editor = delegate.editorWindow();
         QVERIFY(QTest::qWaitForWindowExposed(editor));
         QMenu* menu = delegate.menuBarView().menu();
-        QAction* inMenu = actionNamed(menu, QStringLiteral("Edit Mode"));
+        QAction* inMenu = actionNamed(*menu, QStringLiteral("Edit Mode"));
         QVERIFY(inMenu);
         QAction* inToolbar = editor->editModeAction();
-        const auto bothShow = [&](bool on) {
-            openMenu(menu);
-            return delegate.store().isEditMode() == on && inMenu->isChecked() == on &&
-                   inToolbar->isChecked() == on && editor->isVisible();
+        // What the store holds and the two places show, with the menu open.
+        const auto seen = [&] {
+            openMenu(*menu);
+            return QStringList{onOff(delegate.store().isEditMode()), onOff(inMenu->isChecked()),
+                               onOff(inToolbar->isChecked())};
         };
-        const std::function<void()> switchInMenu = [&] { chooseInMenu(menu, inMenu); };
+        const auto allOf = [](bool on) { return QStringList(3, onOff(on)); };
+        const std::function<void()> switchInMenu = [&] { chooseInMenu(*menu, inMenu); };
         const std::function<void()> switchInToolbar = [&] {
             QTest::mouseClick(editor->buttonFor(inToolbar), Qt::LeftButton);
         };
-        QVERIFY(bothShow(false));
+        QCOMPARE(seen(), allOf(false));
 
         (onInTheMenu ? switchInMenu : switchInToolbar)();
-        QVERIFY(bothShow(true));
+        QCOMPARE(seen(), allOf(true));
+        QVERIFY(editor->isVisible());
         (onInTheMenu ? switchInToolbar : switchInMenu)();
-        QVERIFY(bothShow(false));
+        QCOMPARE(seen(), allOf(false));
         menu->close();
     }
 

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "support/MenuTesting.h"
 #include "support/PanelFixtures.h"
 #include "support/StoreFixture.h"
 
@@ -63,14 +64,6 @@ inline void onPopup(const std::function<void(QMenu&)>& act) {
         menu->close();
     });
     poll->start();
-}
-
-inline QAction* actionNamed(QMenu& menu, const QString& text) {
-    for (QAction* action : menu.actions()) {
-        if (action->text() == text)
-            return action;
-    }
-    return nullptr;
 }
 
 // Chooses the item labelled `text` from the next popup menu.
