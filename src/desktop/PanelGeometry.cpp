@@ -2,6 +2,8 @@
 
 #include "desktop/PanelGeometry.h"
 
+#include "model/PanelLimits.h"
+
 #include <QtMath>
 
 #include <algorithm>
@@ -37,8 +39,10 @@ QRectF moved(const QRectF& start, QPointF translation) {
 }
 
 QRectF resized(const QRectF& start, QPointF translation) {
-    const double width = std::max(start.width() + translation.x(), kMinimumWidth);
-    const double height = std::max(start.height() + translation.y(), kMinimumHeight);
+    const double width =
+        std::max(start.width() + translation.x(), PanelLimits::kDraggedMinimumWidth);
+    const double height =
+        std::max(start.height() + translation.y(), PanelLimits::kDraggedMinimumHeight);
     return {start.x(), start.y(), width, height};
 }
 
@@ -48,7 +52,13 @@ bool isSameFrame(const PanelFrame& a, const PanelFrame& b) {
 }
 
 QRect windowRect(const QRectF& rect) {
-    return {qRound(rect.x()), qRound(rect.y()), qRound(rect.width()), qRound(rect.height())};
+    const auto position = [](double value) {
+        return qRound(PanelLimits::kDrawnPosition.bound(value, 0));
+    };
+    const auto side = [](double value) {
+        return qRound(PanelLimits::kDrawnSide.bound(value, PanelLimits::kDrawnSide.lowest));
+    };
+    return {position(rect.x()), position(rect.y()), side(rect.width()), side(rect.height())};
 }
 
 } // namespace corkwheel::PanelGeometry

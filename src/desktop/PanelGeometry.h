@@ -19,9 +19,6 @@ namespace corkwheel {
 // exact frame.
 namespace PanelGeometry {
 
-// A resize drag never makes a panel smaller than this.
-inline constexpr double kMinimumWidth = 120;
-inline constexpr double kMinimumHeight = 50;
 // Frames closer than this in every component are the same frame: the store echoing back
 // what a drag has just written must not move the window again.
 inline constexpr double kSameFrameTolerance = 0.5;
@@ -38,7 +35,8 @@ QRectF resized(const QRectF& start, QPointF translation);
 
 bool isSameFrame(const PanelFrame& a, const PanelFrame& b);
 
-// The whole-pixel rectangle a window is given for `rect`: each component rounded to nearest.
+// The whole-pixel rectangle a window is given for `rect`: each component rounded to nearest,
+// within what a window can be given (a hand-edited frame may lie far beyond any screen).
 QRect windowRect(const QRectF& rect);
 
 } // namespace PanelGeometry

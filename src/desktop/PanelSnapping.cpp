@@ -3,6 +3,7 @@
 #include "desktop/PanelSnapping.h"
 
 #include "desktop/PanelGeometry.h"
+#include "model/PanelLimits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,8 +49,8 @@ QList<double> movingLines(const QRectF& frame, Drag drag, Qt::Orientation axis) 
 double lowestLine(const QRectF& frame, Drag drag, Qt::Orientation axis) {
     if (drag == Drag::Move)
         return -std::numeric_limits<double>::infinity();
-    const double minimum =
-        axis == Qt::Horizontal ? PanelGeometry::kMinimumWidth : PanelGeometry::kMinimumHeight;
+    const double minimum = axis == Qt::Horizontal ? PanelLimits::kDraggedMinimumWidth
+                                                  : PanelLimits::kDraggedMinimumHeight;
     return along(frame, axis).low + minimum;
 }
 

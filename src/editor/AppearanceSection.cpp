@@ -5,6 +5,7 @@
 #include "editor/ColorWell.h"
 #include "editor/FontChoices.h"
 #include "editor/StepperLabel.h"
+#include "model/PanelLimits.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,12 +20,6 @@ namespace corkwheel {
 
 namespace {
 
-constexpr double kMinFontSize = 8;
-constexpr double kMaxFontSize = 72;
-constexpr double kMinCornerRadius = 0;
-constexpr double kMaxCornerRadius = 40;
-constexpr double kMinOpacity = 0.1;
-constexpr double kMaxOpacity = 1.0;
 constexpr int kFontPickerMinimumLength = 16;
 
 const QList<TextAlignmentOption>& alignmentOptions() {
@@ -52,7 +47,7 @@ bool showsCornerRadius(const PanelStyle& style) {
 
 int opacityPosition(double opacity) {
     const double shown =
-        std::isfinite(opacity) ? std::clamp(opacity, kMinOpacity, kMaxOpacity) : kMaxOpacity;
+        PanelLimits::kSlidOpacity.bound(opacity, PanelLimits::kSlidOpacity.highest);
     return static_cast<int>(std::lround(shown * AppearanceSection::kOpacityScale));
 }
 
@@ -79,7 +74,8 @@ void AppearanceSection::addFontRows() {
     });
     m_form->addRow(tr("Font"), m_fontPicker);
 
-    m_fontSizeStepper = new StepperLabel(tr("Size: %1 pt"), kMinFontSize, kMaxFontSize, 1);
+    m_fontSizeStepper = new StepperLabel(tr("Size: %1 pt"), PanelLimits::kSteppedFontSize.lowest,
+                                         PanelLimits::kSteppedFontSize.highest, 1);
     m_fontSizeStepper->setObjectName(QStringLiteral("fontSizeStepper"));
     connect(m_fontSizeStepper, &StepperLabel::valueEdited, this, [this](double size) {
         Q_EMIT edited([size](Panel& panel) { panel.style.fontSize = size; });
@@ -134,7 +130,8 @@ void AppearanceSection::addBackgroundRows() {
     m_form->addRow(m_glassToggle);
 
     m_cornerRadiusStepper =
-        new StepperLabel(tr("Corner Radius: %1"), kMinCornerRadius, kMaxCornerRadius, 1);
+        new StepperLabel(tr("Corner Radius: %1"), PanelLimits::kSteppedCornerRadius.lowest,
+                         PanelLimits::kSteppedCornerRadius.highest, 1);
     m_cornerRadiusStepper->setObjectName(QStringLiteral("cornerRadiusStepper"));
     connect(m_cornerRadiusStepper, &StepperLabel::valueEdited, this, [this](double radius) {
         Q_EMIT edited([radius](Panel& panel) { panel.style.cornerRadius = radius; });
@@ -143,7 +140,8 @@ void AppearanceSection::addBackgroundRows() {
 
     m_opacitySlider = new QSlider(Qt::Horizontal);
     m_opacitySlider->setObjectName(QStringLiteral("opacitySlider"));
-    m_opacitySlider->setRange(opacityPosition(kMinOpacity), opacityPosition(kMaxOpacity));
+    m_opacitySlider->setRange(opacityPosition(PanelLimits::kSlidOpacity.lowest),
+                              opacityPosition(PanelLimits::kSlidOpacity.highest));
     m_opacitySlider->setAccessibleName(tr("Opacity"));
     connect(m_opacitySlider, &QSlider::valueChanged, this, [this](int position) {
         const double opacity = static_cast<double>(position) / kOpacityScale;

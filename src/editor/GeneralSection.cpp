@@ -3,6 +3,7 @@
 #include "editor/GeneralSection.h"
 
 #include "editor/StepperLabel.h"
+#include "model/PanelLimits.h"
 
 #include <QCheckBox>
 #include <QFormLayout>
@@ -10,19 +11,15 @@
 
 namespace corkwheel {
 
-namespace {
-
-constexpr double kMinRefreshInterval = 1;
-constexpr double kMaxRefreshInterval = 3600;
-
-} // namespace
+namespace {} // namespace
 
 GeneralSection::GeneralSection(QWidget* parent)
     : InspectorSection(tr("General"), QStringLiteral("generalSection"), parent),
       m_nameField(new QLineEdit),
       m_enabledToggle(makeToggle(tr("Enabled"), QStringLiteral("enabledToggle"))),
-      m_refreshStepper(
-          new StepperLabel(tr("Refresh every %1s"), kMinRefreshInterval, kMaxRefreshInterval, 1)) {
+      m_refreshStepper(new StepperLabel(tr("Refresh every %1s"),
+                                        PanelLimits::kSteppedRefreshInterval.lowest,
+                                        PanelLimits::kSteppedRefreshInterval.highest, 1)) {
     QFormLayout* form = makeForm();
 
     m_nameField->setObjectName(QStringLiteral("nameField"));

@@ -12,6 +12,7 @@
 #include "engine/TextFileReader.h"
 #include "engine/WebAddress.h"
 #include "engine/WebPage.h"
+#include "model/PanelLimits.h"
 
 #include <QTimeZone>
 
@@ -54,14 +55,15 @@ PanelRunner::PanelRunner(const Panel& panel, RunnerServices services, QObject* p
 PanelRunner::~PanelRunner() = default;
 
 double PanelRunner::timerInterval(double refreshInterval) {
-    return std::max(refreshInterval, 1.0);
+    return std::max(refreshInterval, PanelLimits::kShortestRefreshInterval);
 }
 
 qint64 PanelRunner::intervalMs(double interval) {
     // Within what a timer can wait; an interval that is not a number waits the least.
+    constexpr double kShortestMs = PanelLimits::kShortestRefreshInterval * 1000;
     const double boundedMs = std::isnan(interval)
-                                 ? 1000.0
-                                 : std::clamp(interval * 1000, 1000.0,
+                                 ? kShortestMs
+                                 : std::clamp(interval * 1000, kShortestMs,
                                               static_cast<double>(std::numeric_limits<int>::max()));
     return static_cast<qint64>(std::llround(boundedMs));
 }

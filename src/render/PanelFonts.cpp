@@ -2,6 +2,7 @@
 
 #include "render/PanelFonts.h"
 
+#include "model/PanelLimits.h"
 #include "render/FontCache.h"
 #include "render/FontFaces.h"
 
@@ -21,7 +22,7 @@ constexpr double kCaptionScale = 0.85;
 constexpr double kSmallCaptionScale = 0.75;
 
 double boundedSize(double size) {
-    return std::isfinite(size) ? std::clamp(size, 1.0, 4096.0) : 1.0;
+    return PanelLimits::kDrawnFontSize.bound(size, PanelLimits::kDrawnFontSize.lowest);
 }
 
 int pixelSizeFor(double size) {

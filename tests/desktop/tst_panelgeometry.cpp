@@ -100,6 +100,29 @@ private Q_SLOTS:
                  QRect(10, 11, 101, 49));
         QCOMPARE(PanelGeometry::windowRect(QRectF(-10.6, -0.4, 120, 50)), QRect(-11, 0, 120, 50));
     }
+
+    // A hand-edited frame far beyond any screen gets a window at the edge of what a window
+    // can be given: positions within the X protocol's 16 bits, so none wraps onto the screen,
+    // and sides of at least 1 and at most 16384 pixels.
+    void windowRectKeepsAFarFrameWithinWhatAWindowCanBe_data() {
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<QRect>("window");
+        QTest::newRow("far right and down")
+            << QRectF(1e12, 1e300, 300, 200) << QRect(32767, 32767, 300, 200);
+        QTest::newRow("far left and up")
+            << QRectF(-1e300, -65636, 300, 200) << QRect(-32767, -32767, 300, 200);
+        QTest::newRow("2^31 wide and 2^53 high")
+            << QRectF(0, 0, 0x1p31, 0x1p53) << QRect(0, 0, 16384, 16384);
+        QTest::newRow("no size") << QRectF(10, 10, 0, -1) << QRect(10, 10, 1, 1);
+        QTest::newRow("a ten-thousandth of a point")
+            << QRectF(1e-300, 1e-4, 1e-300, 120.4) << QRect(0, 0, 1, 120);
+    }
+
+    void windowRectKeepsAFarFrameWithinWhatAWindowCanBe() {
+        QFETCH(QRectF, frame);
+        QFETCH(QRect, window);
+        QCOMPARE(PanelGeometry::windowRect(frame), window);
+    }
 };
 
 QTEST_APPLESS_MAIN(PanelGeometryTest)
