@@ -14,8 +14,9 @@ target_include_directories(corkwheel_options INTERFACE ${PROJECT_SOURCE_DIR}/src
 
 add_library(corkwheel_sanitizers INTERFACE)
 if(CORKWHEEL_SANITIZE)
-    set(_sanitize_flags -fsanitize=address,undefined -fno-omit-frame-pointer
-        -fno-sanitize-recover=undefined)
+    # GCC leaves a double converted into an integer it does not fit out of "undefined".
+    set(_sanitize_flags -fsanitize=address,undefined,float-cast-overflow
+        -fno-omit-frame-pointer -fno-sanitize-recover=undefined,float-cast-overflow)
     target_compile_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
     target_link_options(corkwheel_sanitizers INTERFACE ${_sanitize_flags})
 endif()
