@@ -14,6 +14,8 @@
 
 #include <memory>
 
+#include <signal.h>
+
 using namespace corkwheel;
 using namespace corkwheel::test;
 
@@ -121,6 +123,24 @@ private Q_SLOTS:
         QVERIFY(m_corkwheel->process().waitForFinished(kWait));
         QCOMPARE(m_corkwheel->process().exitStatus(), QProcess::NormalExit);
         QCOMPARE(m_corkwheel->process().exitCode(), 0);
+    }
+
+    // Every end-to-end test starts the binary through the same helper, which fails the test
+    // when the binary crashed, ended with a status but 0 or a sanitizer reported; a clean end
+    // on SIGTERM, as at the end of a session, is no problem.
+    void crashOfTheBinaryIsReportedAndACleanEndIsNot() {
+        startCorkwheel(false);
+        m_corkwheel->process().terminate();
+        QVERIFY(m_corkwheel->process().waitForFinished(kWait));
+        QCOMPARE(m_corkwheel->endingProblem(), QString());
+        m_corkwheel.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(windowsNamed(m_panel.name).isEmpty(), kWait);
+
+        startCorkwheel(false);
+        QVERIFY(::kill(static_cast<pid_t>(m_corkwheel->process().processId()), SIGSEGV) == 0);
+        QVERIFY(m_corkwheel->process().waitForFinished(kWait));
+        const QString problem = m_corkwheel->endingProblem();
+        QVERIFY2(problem.startsWith(QStringLiteral("corkwheel ")), qPrintable(problem));
     }
 
     void settingsWithNoneRunningStartsCorkwheelWithTheEditorOpen() {

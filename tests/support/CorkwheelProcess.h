@@ -75,16 +75,49 @@ public:
         m_process.start();
     }
 
+    // Ends the binary as a session's end does (SIGTERM) and fails the test that started it
+    // if it did not end cleanly.
     ~CorkwheelProcess() {
-        if (m_process.state() == QProcess::NotRunning)
-            return;
-        m_process.terminate();
-        if (!m_process.waitForFinished(kWait))
-            m_process.kill();
-        m_process.waitForFinished(kWait);
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.terminate();
+            if (!m_process.waitForFinished(kWait * 2)) {
+                m_process.kill();
+                m_process.waitForFinished(kWait);
+            }
+        }
+        const QString problem = endingProblem();
+        if (!problem.isEmpty())
+            QTest::qFail(qPrintable(problem), __FILE__, __LINE__);
     }
 
     QProcess& process() { return m_process; }
+
+    // What was wrong with how the binary ended: it crashed (or had to be killed), ended with
+    // a status other than 0, or a sanitizer reported on its standard error. Empty while it
+    // runs, when it never started (the test has failed then already) and when all was well.
+    // Once asked, a problem is not reported again.
+    QString endingProblem() {
+        m_standardError += m_process.readAllStandardError();
+        if (m_process.state() != QProcess::NotRunning ||
+            m_process.error() == QProcess::FailedToStart || m_endingChecked)
+            return {};
+        m_endingChecked = true;
+        QStringList problems;
+        if (m_process.exitStatus() == QProcess::CrashExit)
+            problems.append(QStringLiteral("corkwheel crashed or had to be killed"));
+        else if (m_process.exitCode() != 0)
+            problems.append(
+                QStringLiteral("corkwheel ended with status %1").arg(m_process.exitCode()));
+        for (const char* report :
+             {"ERROR: AddressSanitizer", "ERROR: LeakSanitizer", "runtime error:"}) {
+            if (m_standardError.contains(report))
+                problems.append(QStringLiteral("a sanitizer reported: ") + QLatin1String(report));
+        }
+        if (problems.isEmpty())
+            return {};
+        return problems.join(QStringLiteral("; ")) + QStringLiteral("\n") +
+               QString::fromUtf8(m_standardError.right(4000));
+    }
 
     QString documentPath() const {
         return QDir(m_home.path()).filePath(QStringLiteral("data/Corkwheel/panels.json"));
@@ -143,6 +176,8 @@ private:
     bool m_loadsWebEngine;
     QTemporaryDir m_home;
     QProcess m_process;
+    QByteArray m_standardError;
+    bool m_endingChecked = false;
 };
 
 } // namespace corkwheel::test
