@@ -60,6 +60,28 @@ private:
 
     QStringList panelState() const { return atoms(m_panelWindow, QStringLiteral("_NET_WM_STATE")); }
 
+    // A method of the running Corkwheel called with gdbus on the session bus, as the README
+    // shows it, the names spelled out as scripts spell them; gdbus's exit status.
+    static int callOverBus(const QString& method, const QStringList& arguments) {
+        QProcess gdbus;
+        gdbus.start(
+            QStringLiteral("gdbus"),
+            QStringList{
+                QStringLiteral("call"), QStringLiteral("--session"), QStringLiteral("--dest"),
+                QStringLiteral("io.github.corkwheel.Corkwheel"), QStringLiteral("--object-path"),
+                QStringLiteral("/io/github/corkwheel/Corkwheel"), QStringLiteral("--method"),
+                QStringLiteral("org.freedesktop.Application.") + method} +
+                arguments);
+        if (!gdbus.waitForFinished(kWait) || gdbus.exitStatus() != QProcess::NormalExit)
+            return -1;
+        return gdbus.exitCode();
+    }
+
+    static int activateAction(const QString& action) {
+        return callOverBus(QStringLiteral("ActivateAction"),
+                           {action, QStringLiteral("[]"), QStringLiteral("{}")});
+    }
+
     static void addTransports() {
         QTest::addColumn<bool>("overBus");
         QTest::newRow("socket") << false;
@@ -141,6 +163,36 @@ private Q_SLOTS:
         QVERIFY(m_corkwheel->process().waitForFinished(kWait));
         const QString problem = m_corkwheel->endingProblem();
         QVERIFY2(problem.startsWith(QStringLiteral("corkwheel ")), qPrintable(problem));
+    }
+
+    void busInterfaceAnswersAsTheReadmeShows() {
+        startCorkwheel(true);
+        QCOMPARE(activateAction(QStringLiteral("hide-all")), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(!isViewable(m_panelWindow), kWait);
+        QCOMPARE(activateAction(QStringLiteral("hide-all")), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(isViewable(m_panelWindow), kWait);
+
+        QCOMPARE(activateAction(QStringLiteral("edit-mode")), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(panelState().contains(QStringLiteral("_NET_WM_STATE_ABOVE")),
+                                 kWait);
+        // An action Corkwheel does not have is refused, and changes nothing.
+        QVERIFY(activateAction(QStringLiteral("no-such-action")) != 0);
+        QCOMPARE(activateAction(QStringLiteral("edit-mode")), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(panelState().contains(QStringLiteral("_NET_WM_STATE_BELOW")),
+                                 kWait);
+
+        QCOMPARE(callOverBus(QStringLiteral("Activate"), {QStringLiteral("{}")}), 0);
+        QVERIFY(shownEditor());
+
+        QCOMPARE(activateAction(QStringLiteral("quit")), 0);
+        QVERIFY(m_corkwheel->process().waitForFinished(kWait));
+        QCOMPARE(m_corkwheel->endingProblem(), QString());
+    }
+
+    void settingsActionOverTheBusOpensTheEditor() {
+        startCorkwheel(true);
+        QCOMPARE(activateAction(QStringLiteral("settings")), 0);
+        QVERIFY(shownEditor());
     }
 
     void settingsWithNoneRunningStartsCorkwheelWithTheEditorOpen() {

@@ -60,7 +60,21 @@ private Q_SLOTS:
     void cleanup() { m_dataHome.reset(); }
 
     void documentLivesInXdgDataHome() {
-        QCOMPARE(PanelStore::defaultFileLocation(), documentPath());
+        QCOMPARE(PanelStore::defaultFileLocation(),
+                 m_dataHome->path() + QStringLiteral("/Corkwheel/panels.json"));
+    }
+
+    // Where most sessions keep it: XDG_DATA_HOME is seldom set, and then it is ~/.local/share.
+    void documentLivesInLocalShareWithoutXdgDataHome() {
+        QTemporaryDir home;
+        QVERIFY(home.isValid());
+        const QByteArray previousHome = qgetenv("HOME");
+        qunsetenv("XDG_DATA_HOME");
+        qputenv("HOME", QFile::encodeName(home.path()));
+        const QString location = PanelStore::defaultFileLocation();
+        qputenv("HOME", previousHome);
+        qputenv("XDG_DATA_HOME", QFile::encodeName(m_dataHome->path()));
+        QCOMPARE(location, home.path() + QStringLiteral("/.local/share/Corkwheel/panels.json"));
     }
 
     void starterPanelsAreClockSystemStatsUptime() {
