@@ -19,7 +19,9 @@ class TextFileReader : public QObject {
     Q_OBJECT
 
 public:
-    explicit TextFileReader(QObject* parent = nullptr);
+    // A read that takes longer than `timeLimit` shows kTimedOutText; a file panel's reads
+    // have kTimeLimit.
+    explicit TextFileReader(std::chrono::milliseconds timeLimit, QObject* parent = nullptr);
 
     // Starts reading `path` unless a read of the same path is still under way; a read of
     // another path takes over, and the earlier read's text is dropped.
@@ -35,9 +37,6 @@ public:
     static constexpr std::chrono::milliseconds kTimeLimit{10'000};
     static inline const QString kNotFoundText = QStringLiteral("(file not found)");
     static inline const QString kTimedOutText = QStringLiteral("error: file read timed out");
-
-    // Applies to readers created afterwards.
-    static void setTimeLimitForTesting(std::chrono::milliseconds limit);
 
 Q_SIGNALS:
     void textRead(const QString& text);

@@ -22,8 +22,4 @@ bool VolumeCapacityQueries::ask(const QString& mountPoint) {
     return true;
 }
 
-bool VolumeCapacityQueries::isOutstanding(const QString& mountPoint) const {
-    return m_outstanding.contains(mountPoint);
-}
-
 } // namespace corkwheel

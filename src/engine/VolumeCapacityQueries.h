@@ -29,7 +29,6 @@ public:
     // Asks unless a question about that volume is still outstanding; tells whether it
     // asked.
     bool ask(const QString& mountPoint);
-    bool isOutstanding(const QString& mountPoint) const;
 
 Q_SIGNALS:
     // On the main thread, whenever a question returns, however late.

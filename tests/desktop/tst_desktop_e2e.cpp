@@ -20,6 +20,7 @@
 #include "desktop/DesktopPanelWindow.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "desktop/PanelResizeHandle.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QApplication>
 #include <QDBusInterface>
@@ -155,6 +156,7 @@ private:
     PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopPlatform> m_platform;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
 
@@ -173,7 +175,10 @@ private:
     // The store and the windows manager in this process, as the application has them.
     void startInProcess(const QList<Panel>& panels) {
         m_fixture = std::make_unique<StoreFixture>(panels);
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store);
+        if (!m_platform)
+            m_platform = DesktopPlatform::create();
+        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
+                                                            RunnerServices::shared());
     }
 
     PanelStore& store() { return *m_fixture->store; }

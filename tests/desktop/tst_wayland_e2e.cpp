@@ -15,6 +15,7 @@
 #include "support/StoreFixture.h"
 
 #include "desktop/DesktopWindowsManager.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -138,6 +139,7 @@ class WaylandEndToEndTest : public QObject {
 
 private:
     std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopPlatform> m_platform;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
     Pointer m_pointer;
@@ -148,7 +150,10 @@ private:
 
     void startInProcess(const QList<Panel>& panels) {
         m_fixture = std::make_unique<StoreFixture>(panels);
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store);
+        if (!m_platform)
+            m_platform = DesktopPlatform::create();
+        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
+                                                            RunnerServices::shared());
     }
 
     PanelStore& store() { return *m_fixture->store; }

@@ -52,14 +52,11 @@ class TextFileReaderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { TextFileReader::setTimeLimitForTesting(kShortLimit); }
-    void cleanup() { TextFileReader::setTimeLimitForTesting(TextFileReader::kTimeLimit); }
-
     void fifoWithoutWriterShowsEmptyText() {
         QTemporaryDir folder;
         const QString fifo = makeFifo(folder);
         QVERIFY(!fifo.isEmpty());
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         QVERIFY(text.wait());
@@ -71,7 +68,7 @@ private Q_SLOTS:
         const QString fifo = makeFifo(folder);
         SilentWriter writer(fifo);
         QVERIFY(writer.isOpen());
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         QVERIFY(text.wait());
@@ -100,7 +97,7 @@ private Q_SLOTS:
         file.write("a note");
         file.close();
 
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         reader.read(note);
