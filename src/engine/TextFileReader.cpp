@@ -29,25 +29,22 @@ int openForReading(const QString& path) {
 } // namespace
 
 TextFileReader::TextFileReader(std::chrono::milliseconds timeLimit, QObject* parent)
-    : QObject(parent), m_timeLimit(this) {
+    : QObject(parent), m_timeLimit(this), m_reads(this) {
     m_timeLimit.setSingleShot(true);
     m_timeLimit.setInterval(timeLimit);
     connect(&m_timeLimit, &QTimer::timeout, this, [this] { Q_EMIT textRead(kTimedOutText); });
 }
 
 void TextFileReader::read(const QString& path) {
-    if (m_underWay && path == m_pathUnderWay)
+    if (path == m_latestPath && m_reads.isUnderWay(path))
         return;
-    const quint64 number = ++m_readNumber;
-    m_underWay = true;
-    m_pathUnderWay = path;
+    m_latestPath = path;
     m_timeLimit.start();
-    BackgroundTask::run(
-        BackgroundTask::blockingPool(), this, [path] { return readNow(path); },
-        [this, number](const QString& text) {
-            if (number != m_readNumber)
+    m_reads.run(
+        BackgroundTask::blockingPool(), path, [path] { return readNow(path); },
+        [this, path](const QString& text) {
+            if (path != m_latestPath)
                 return;
-            m_underWay = false;
             m_timeLimit.stop();
             Q_EMIT textRead(text);
         });

@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include "engine/OneJobPerKey.h"
 #include "engine/VolumeCapacity.h"
 
 #include <QObject>
-#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -36,7 +36,7 @@ Q_SIGNALS:
 
 private:
     Ask m_ask;
-    QSet<QString> m_outstanding;
+    OneJobPerKey m_questions;
 };
 
 } // namespace corkwheel

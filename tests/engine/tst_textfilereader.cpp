@@ -110,6 +110,33 @@ private Q_SLOTS:
         QCOMPARE(text.count(), 1);
     }
 
+    void stuckFileReadAgainAfterAnotherWaitsForItsFirstRead() {
+        QTemporaryDir folder;
+        const QString fifo = makeFifo(folder);
+        SilentWriter writer(fifo);
+        const QString note = folder.filePath(QStringLiteral("note.txt"));
+        QFile file(note);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("a note");
+        file.close();
+
+        TextFileReader reader(kShortLimit);
+        QSignalSpy text(&reader, &TextFileReader::textRead);
+        reader.read(fifo);
+        reader.read(note);
+        QTRY_COMPARE(text.count(), 1);
+        // Back to the stuck file: no second thread waits on it, and it times out again.
+        reader.read(fifo);
+        QTRY_COMPARE(text.count(), 2);
+        QCOMPARE(text.last().first().toString(), TextFileReader::kTimedOutText);
+        QCOMPARE(BackgroundTask::blockingPool().activeThreadCount(), 1);
+        // Its first read's late text is what shows.
+        writer.writeAndClose("at last\n");
+        QTRY_COMPARE(text.count(), 3);
+        QCOMPARE(text.last().first().toString(), QStringLiteral("at last"));
+        QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
+    }
+
     void endlessZeroDeviceShowsABoundedText() {
         const QString text = TextFileReader::readNow(QStringLiteral("/dev/zero"));
         QVERIFY(!text.isEmpty());
