@@ -17,6 +17,7 @@
 #include "support/XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
+#include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "desktop/PanelResizeHandle.h"
@@ -405,7 +406,8 @@ private Q_SLOTS:
         // Above ordinary windows, taking the mouse.
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
         QVERIFY(windowUnderPointer(sampleOf(start)) != windowUnderPointer(kEmptyDesktop));
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar =
+            start.topLeft() + QPoint(60, DesktopPanelHostView::kTitleBarHeight / 2);
         drag(titleBar, titleBar + QPoint(40, 500));
         const QRect moved = start.translated(40, 500);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), moved, kWait);

@@ -24,6 +24,8 @@ using Op = RecordingDesktopPlatform::Op;
 namespace {
 
 const PanelFrame kFrame{40, 40, 360, 80};
+// Halfway along and down the title bar.
+const QPointF kInTitleBar(180, DesktopPanelHostView::kTitleBarHeight / 2.0);
 
 } // namespace
 
@@ -302,7 +304,7 @@ private Q_SLOTS:
         m_platform.blurOffered = true;
         auto controller = makeEditableController();
         const QPainterPath shape = m_platform.state(controller->window()).blurShape;
-        QVERIFY(shape.contains(QPointF(180, 13)));
+        QVERIFY(shape.contains(kInTitleBar));
         QVERIFY(!shape.contains(QPointF(180, 40)));
         QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
 
@@ -316,7 +318,7 @@ private Q_SLOTS:
         QVERIFY(!controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
         m_platform.blurOffered = true;
         controller->updateBackdrop();
-        QVERIFY(m_platform.state(controller->window()).blurShape.contains(QPointF(180, 13)));
+        QVERIFY(m_platform.state(controller->window()).blurShape.contains(kInTitleBar));
         QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
     }
 

@@ -14,6 +14,7 @@
 #include "support/ScreenPixels.h"
 #include "support/StoreFixture.h"
 
+#include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "platform/DesktopPlatform.h"
 
@@ -65,6 +66,9 @@ protected:
 
 // The output's size (scripts/in-wayland-desktop.sh).
 constexpr QSize kOutputSize(1280, 800);
+
+// Halfway down a panel's title bar, in edit mode.
+constexpr int kBarMiddle = DesktopPanelHostView::kTitleBarHeight / 2;
 
 // The pointer, a virtual device of the compositor's that this test moves and presses.
 class Pointer {
@@ -261,7 +265,7 @@ private Q_SLOTS:
         store().setEditMode(true);
         // Above ordinary windows, taking the mouse: a drag of its title bar moves it.
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar = start.topLeft() + QPoint(60, kBarMiddle);
         m_pointer.drag(titleBar, titleBar + QPoint(40, 300));
         const QRect moved = start.translated(40, 300);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(moved)), kWait);
@@ -285,12 +289,12 @@ private Q_SLOTS:
         store().setEditMode(true);
         const QRect start = rectOf(mover.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar = start.topLeft() + QPoint(60, kBarMiddle);
         m_pointer.drag(titleBar, titleBar + QPoint(505, 0));
         const QRect linedUp(600, 600, 300, 80);
         QTRY_COMPARE_WITH_TIMEOUT(rectOf(savedFrame(mover)), linedUp, kWait);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(linedUp)), kWait);
-        const QColor bar = screenPixel(linedUp.topLeft() + QPoint(250, 13));
+        const QColor bar = screenPixel(linedUp.topLeft() + QPoint(250, kBarMiddle));
         QVERIFY(!isColor(bar, kPanelColor));
         QVERIFY2(whiteContrast(bar) >= 4.5, qPrintable(bar.name()));
     }
