@@ -13,12 +13,6 @@
 
 namespace corkwheel {
 
-DesktopWindowsManager::DesktopWindowsManager(PanelStore& store, QObject* parent)
-    : QObject(parent), m_ownedPlatform(DesktopPlatform::create()), m_platform(*m_ownedPlatform),
-      m_services(RunnerServices::shared()), m_store(&store) {
-    subscribe();
-}
-
 DesktopWindowsManager::DesktopWindowsManager(PanelStore& store, DesktopPlatform& platform,
                                              RunnerServices services, QObject* parent)
     : QObject(parent), m_platform(platform), m_services(std::move(services)), m_store(&store) {

@@ -28,8 +28,6 @@ class DesktopWindowsManager : public QObject {
     Q_OBJECT
 
 public:
-    // The windows of this session's window system, the runners on the machine's services.
-    explicit DesktopWindowsManager(PanelStore& store, QObject* parent = nullptr);
     DesktopWindowsManager(PanelStore& store, DesktopPlatform& platform, RunnerServices services,
                           QObject* parent = nullptr);
     ~DesktopWindowsManager() override;
@@ -53,7 +51,6 @@ private:
     void tearDown(DesktopPanelController& controller);
     QList<QRectF> framesShownBesides(const QUuid& id) const;
 
-    std::unique_ptr<DesktopPlatform> m_ownedPlatform;
     DesktopPlatform& m_platform;
     RunnerServices m_services;
     QPointer<PanelStore> m_store;

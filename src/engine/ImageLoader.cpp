@@ -14,7 +14,7 @@
 
 namespace corkwheel {
 
-ImageLoader::ImageLoader(QObject* parent) : QObject(parent) {}
+ImageLoader::ImageLoader(QObject* parent) : QObject(parent), m_loading(this) {}
 
 bool ImageLoader::isDownload(const QString& source) {
     // QUrl lower-cases schemes, so the exact case is checked on the text itself.
@@ -29,10 +29,7 @@ void ImageLoader::load(const QString& source) {
         show(ticket, QImage());
         return;
     }
-    const bool alreadyLoading = m_loading.contains(source);
-    m_loading.insert(source, ticket);
-    if (alreadyLoading)
-        return;
+    m_latestTickets.insert(source, ticket);
     if (isDownload(source))
         download(source);
     else
@@ -42,9 +39,9 @@ void ImageLoader::load(const QString& source) {
 // On the pool for blocking work: a file on a network share that stopped answering, or a FIFO
 // nobody writes to, then holds up no other panel's work.
 void ImageLoader::readFile(const QString& source) {
-    BackgroundTask::run(
-        BackgroundTask::blockingPool(), this, [source] { return ImageDecoder::readFile(source); },
-        [this, source](const QImage& image) { show(settle(source), image); });
+    m_loading.run(
+        BackgroundTask::blockingPool(), source, [source] { return ImageDecoder::readFile(source); },
+        [this, source](const QImage& image) { show(m_latestTickets.take(source), image); });
 }
 
 QNetworkAccessManager& ImageLoader::network() {
@@ -54,6 +51,8 @@ QNetworkAccessManager& ImageLoader::network() {
 }
 
 void ImageLoader::download(const QString& source) {
+    if (!m_loading.start(source))
+        return;
     QNetworkRequest request(QUrl(source, QUrl::StrictMode));
     // Never follow a redirect from https down to http.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
@@ -100,9 +99,10 @@ void ImageLoader::finishDownload(const QString& source, QNetworkReply* reply,
         });
 }
 
-// Ends the load of `source`, giving the ticket its picture is shown under.
+// Ends the download of `source`, giving the ticket its picture is shown under.
 quint64 ImageLoader::settle(const QString& source) {
-    return m_loading.take(source);
+    m_loading.finish(source);
+    return m_latestTickets.take(source);
 }
 
 void ImageLoader::show(quint64 ticket, const QImage& image) {

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "engine/OneJobPerKey.h"
+
 #include <QHash>
 #include <QImage>
 #include <QObject>
@@ -59,8 +61,10 @@ private:
     // is dropped.
     quint64 m_lastTicket = 0;
     quint64 m_shownTicket = 0;
-    // The sources loading now, each with the ticket of the latest load that asked for it.
-    QHash<QString, quint64> m_loading;
+    // One load at a time per source; a picture is shown under the ticket of the latest load
+    // that asked for its source.
+    OneJobPerKey m_loading;
+    QHash<QString, quint64> m_latestTickets;
     std::chrono::milliseconds m_transferLimit = kTransferLimit;
 };
 

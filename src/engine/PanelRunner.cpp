@@ -3,6 +3,7 @@
 #include "engine/PanelRunner.h"
 
 #include "engine/Clock.h"
+#include "engine/ClockTimer.h"
 #include "engine/DateTokenFormatter.h"
 #include "engine/ImageLoader.h"
 #include "engine/NetworkStatsSampler.h"
@@ -37,20 +38,13 @@ constexpr std::chrono::seconds kWebpageTimeout{60};
 
 } // namespace
 
-PanelRunner::PanelRunner(const Panel& panel, QObject* parent)
-    : PanelRunner(panel, RunnerServices::shared(), parent) {}
-
 PanelRunner::PanelRunner(const Panel& panel, RunnerServices services, QObject* parent)
     : QObject(parent), m_id(panel.id), m_panel(panel), m_services(std::move(services)),
-      m_stats(SystemStatsSample::zero()) {
-    m_timer.setTimerType(Qt::PreciseTimer);
-    m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, [this] {
-        refreshNow();
-        const qint64 now = m_services.clock->nowMSecsSinceEpoch();
-        armTimerFor(nextRefreshDue(m_timerInterval, m_dueMs, now), now);
-    });
-}
+      m_stats(SystemStatsSample::zero()), m_timer(m_services.clock->makeTimer([this] {
+          refreshNow();
+          armTimerFor(
+              nextRefreshDue(m_timerInterval, m_dueMs, m_services.clock->nowMSecsSinceEpoch()));
+      })) {}
 
 PanelRunner::~PanelRunner() = default;
 
@@ -90,29 +84,27 @@ qint64 PanelRunner::nextRefreshDue(double interval, qint64 dueMs, qint64 nowMs) 
     return dueMs + (missed + 1) * step;
 }
 
-double PanelRunner::currentTimerInterval() const {
-    return m_timerInterval;
-}
-
 void PanelRunner::start() {
-    m_timer.stop();
+    m_timer->stop();
     refreshNow();
     m_timerInterval = timerInterval(m_panel.refreshInterval);
-    const qint64 now = m_services.clock->nowMSecsSinceEpoch();
-    armTimerFor(firstRefreshDue(m_timerInterval, now), now);
+    armTimerFor(firstRefreshDue(m_timerInterval, m_services.clock->nowMSecsSinceEpoch()));
 }
 
-void PanelRunner::armTimerFor(qint64 dueMs, qint64 nowMs) {
+void PanelRunner::stop() {
+    m_timer->stop();
+}
+
+void PanelRunner::armTimerFor(qint64 dueMs) {
     m_dueMs = dueMs;
-    const qint64 delay = std::clamp<qint64>(dueMs - nowMs, 0, std::numeric_limits<int>::max());
-    m_timer.start(static_cast<int>(delay));
+    m_timer->startFor(dueMs);
 }
 
 void PanelRunner::apply(const Panel& panel) {
     const bool contentChanged = contentDiffers(m_panel, panel);
     const bool intervalChanged = panel.refreshInterval != m_panel.refreshInterval;
     m_panel = panel;
-    if (!intervalChanged && m_timer.isActive()) {
+    if (!intervalChanged && m_timer->isActive()) {
         if (contentChanged)
             refreshNow();
         return;
@@ -185,7 +177,7 @@ void PanelRunner::runShell(const QString& command) {
     // replaces the output when it arrives, and the panel stops showing that it runs as
     // soon as one has finished.
     setRunning(true);
-    auto* run = new ShellCommand(command, this);
+    auto* run = new ShellCommand(command, m_services.shellCommands, this);
     connect(run, &ShellCommand::finished, this, [this, run](const QString& text) {
         run->deleteLater();
         setRunning(false);
@@ -200,7 +192,7 @@ void PanelRunner::readFile(const QString& path) {
         return;
     }
     if (!m_fileReader) {
-        m_fileReader = new TextFileReader(this);
+        m_fileReader = new TextFileReader(m_services.fileReadTimeLimit, this);
         connect(m_fileReader, &TextFileReader::textRead, this, &PanelRunner::setTerminalOutput);
     }
     m_fileReader->read(path);

@@ -11,10 +11,12 @@
 #include <QImage>
 #include <QList>
 #include <QObject>
-#include <QTimer>
+
+#include <memory>
 
 namespace corkwheel {
 
+class ClockTimer;
 class ImageLoader;
 class TextFileReader;
 class WebPage;
@@ -26,7 +28,6 @@ class PanelRunner : public QObject {
     Q_OBJECT
 
 public:
-    explicit PanelRunner(const Panel& panel, QObject* parent = nullptr);
     PanelRunner(const Panel& panel, RunnerServices services, QObject* parent = nullptr);
     ~PanelRunner() override;
 
@@ -54,7 +55,7 @@ public:
     void apply(const Panel& panel);
     void refreshNow();
     // Stops the refresh timer, for a panel whose window is going away.
-    void stop() { m_timer.stop(); }
+    void stop();
 
     // The timer's interval: the panel's refresh interval, but never under one second.
     static double timerInterval(double refreshInterval);
@@ -68,9 +69,6 @@ public:
     static qint64 firstRefreshDue(double interval, qint64 nowMs);
     // When the refresh after the one due at `dueMs` is due, seen at `nowMs`.
     static qint64 nextRefreshDue(double interval, qint64 dueMs, qint64 nowMs);
-    double currentTimerInterval() const;
-    bool isTimerActive() const { return m_timer.isActive(); }
-    int remainingTimerMs() const { return m_timer.remainingTime(); }
 
     static constexpr qsizetype kMaxHistory = 40;
 
@@ -94,7 +92,7 @@ private:
     void readFile(const QString& path);
     void refreshStats();
     void loadWebpage(const QString& address);
-    void armTimerFor(qint64 dueMs, qint64 nowMs);
+    void armTimerFor(qint64 dueMs);
 
     QUuid m_id;
     Panel m_panel;
@@ -108,7 +106,7 @@ private:
     ImageLoader* m_imageLoader = nullptr;
     TextFileReader* m_fileReader = nullptr;
     // Single-shot, armed again after each refresh, so its phase follows the wall clock.
-    QTimer m_timer;
+    std::unique_ptr<ClockTimer> m_timer;
     double m_timerInterval = 1.0;
     // When the refresh the timer waits for is due, in wall-clock milliseconds.
     qint64 m_dueMs = 0;

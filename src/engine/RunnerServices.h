@@ -2,8 +2,12 @@
 
 #pragma once
 
+#include "engine/ShellCommand.h"
+#include "engine/TextFileReader.h"
+
 #include <QObject>
 
+#include <chrono>
 #include <functional>
 
 namespace corkwheel {
@@ -21,6 +25,9 @@ struct RunnerServices {
     NetworkStatsSampler* networkStats = nullptr;
     // Makes the web page of a webpage panel; called only when one is first needed.
     std::function<WebPage*(QObject* parent)> createWebPage;
+    // How shell panels run their commands, and how long a file panel's read may take.
+    ShellCommand::Setup shellCommands;
+    std::chrono::milliseconds fileReadTimeLimit = TextFileReader::kTimeLimit;
 
     // The machine's clock and samplers, and the web engine when it is installed.
     static RunnerServices shared();

@@ -4,10 +4,6 @@
 
 #include "engine/Utf8Text.h"
 
-#include <QEventLoop>
-
-#include <optional>
-
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
@@ -23,16 +19,6 @@ namespace {
 // destroyed while it still runs.
 constexpr int kReapWaitMs = 5000;
 
-std::chrono::milliseconds& timeLimitSetting() {
-    static std::chrono::milliseconds limit = ShellCommand::kTimeLimit;
-    return limit;
-}
-
-QString& shellProgramSetting() {
-    static QString program = QStringLiteral("/bin/zsh");
-    return program;
-}
-
 // Qt names the failed call first ("execvp: No such file or directory"); the user needs
 // to see which program could not start, and why.
 QString launchFailureText(const QString& program, const QString& qtMessage) {
@@ -43,9 +29,9 @@ QString launchFailureText(const QString& program, const QString& qtMessage) {
 
 } // namespace
 
-ShellCommand::ShellCommand(const QString& command, QObject* parent)
+ShellCommand::ShellCommand(const QString& command, const Setup& setup, QObject* parent)
     : QObject(parent), m_process(this), m_timeLimit(this), m_killGrace(this) {
-    m_process.setProgram(shellProgramSetting());
+    m_process.setProgram(setup.shell);
     m_process.setArguments({QStringLiteral("-l"), QStringLiteral("-c"), command});
     m_process.setStandardInputFile(QProcess::nullDevice());
     // The output goes to pipes of this run's own (see start()): QProcess stops reading its
@@ -57,7 +43,7 @@ ShellCommand::ShellCommand(const QString& command, QObject* parent)
     // Precise, so the run is never cut short of its full time.
     m_timeLimit.setTimerType(Qt::PreciseTimer);
     m_timeLimit.setSingleShot(true);
-    m_timeLimit.setInterval(timeLimitSetting());
+    m_timeLimit.setInterval(setup.timeLimit);
     connect(&m_timeLimit, &QTimer::timeout, this, &ShellCommand::onTimeLimit);
     m_killGrace.setSingleShot(true);
     m_killGrace.setInterval(kKillGrace);
@@ -122,28 +108,6 @@ bool ShellCommand::openPipes(int (&writeEnds)[2]) {
         writeEnds[pipe == &m_stdout ? 0 : 1] = ends[1];
     }
     return true;
-}
-
-QString ShellCommand::execute(const QString& command) {
-    ShellCommand run(command);
-    QEventLoop loop;
-    std::optional<QString> result;
-    connect(&run, &ShellCommand::finished, &loop, [&](const QString& text) {
-        result = text;
-        loop.quit();
-    });
-    run.start();
-    if (!result)
-        loop.exec();
-    return result.value_or(QString());
-}
-
-void ShellCommand::setTimeLimitForTesting(std::chrono::milliseconds limit) {
-    timeLimitSetting() = limit;
-}
-
-void ShellCommand::setShellProgramForTesting(const QString& program) {
-    shellProgramSetting() = program;
 }
 
 void ShellCommand::onProcessError(QProcess::ProcessError error) {

@@ -13,7 +13,7 @@
 
 namespace corkwheel {
 
-// One run of a shell panel's command, as "/bin/zsh -l -c <command>" (a login shell, so the
+// One run of a shell panel's command, as "<shell> -l -c <command>" (a login shell, so the
 // user's profile is read) with the application's environment and working directory. The
 // event loop drives the process, so no thread waits for it.
 //
@@ -33,24 +33,22 @@ class ShellCommand : public QObject {
     Q_OBJECT
 
 public:
-    explicit ShellCommand(const QString& command, QObject* parent = nullptr);
+    static constexpr std::chrono::milliseconds kTimeLimit{10'000};
+    static constexpr std::chrono::milliseconds kKillGrace{500};
+    static constexpr qsizetype kMaxKeptBytes = 1024 * 1024;
+
+    // The shell a command runs in, and how long it may run; a shell panel's are these.
+    struct Setup {
+        QString shell = QStringLiteral("/bin/zsh");
+        std::chrono::milliseconds timeLimit = kTimeLimit;
+    };
+
+    ShellCommand(const QString& command, const Setup& setup, QObject* parent = nullptr);
     ~ShellCommand() override;
 
     // Launches the command once; finished() follows exactly once, from the event loop.
     // A receiver that wants to get rid of the run uses deleteLater().
     void start();
-
-    // Runs `command` to its end or to the time limit, spinning an event loop of its own,
-    // and returns the text finished() would carry.
-    static QString execute(const QString& command);
-
-    static constexpr std::chrono::milliseconds kTimeLimit{10'000};
-    static constexpr std::chrono::milliseconds kKillGrace{500};
-    static constexpr qsizetype kMaxKeptBytes = 1024 * 1024;
-
-    // Test hooks; they apply to runs created afterwards.
-    static void setTimeLimitForTesting(std::chrono::milliseconds limit);
-    static void setShellProgramForTesting(const QString& program);
 
 Q_SIGNALS:
     void finished(const QString& text);

@@ -15,11 +15,6 @@ namespace corkwheel {
 
 namespace {
 
-std::chrono::milliseconds& timeLimitSetting() {
-    static std::chrono::milliseconds limit = TextFileReader::kTimeLimit;
-    return limit;
-}
-
 // Opened without waiting for a writer, so a FIFO nobody writes to reads as empty instead
 // of blocking in open(); reads block again afterwards, so a writer that is on its way still
 // has its say within the time limit.
@@ -33,25 +28,23 @@ int openForReading(const QString& path) {
 
 } // namespace
 
-TextFileReader::TextFileReader(QObject* parent) : QObject(parent), m_timeLimit(this) {
+TextFileReader::TextFileReader(std::chrono::milliseconds timeLimit, QObject* parent)
+    : QObject(parent), m_timeLimit(this), m_reads(this) {
     m_timeLimit.setSingleShot(true);
-    m_timeLimit.setInterval(timeLimitSetting());
+    m_timeLimit.setInterval(timeLimit);
     connect(&m_timeLimit, &QTimer::timeout, this, [this] { Q_EMIT textRead(kTimedOutText); });
 }
 
 void TextFileReader::read(const QString& path) {
-    if (m_underWay && path == m_pathUnderWay)
+    if (path == m_latestPath && m_reads.isUnderWay(path))
         return;
-    const quint64 number = ++m_readNumber;
-    m_underWay = true;
-    m_pathUnderWay = path;
+    m_latestPath = path;
     m_timeLimit.start();
-    BackgroundTask::run(
-        BackgroundTask::blockingPool(), this, [path] { return readNow(path); },
-        [this, number](const QString& text) {
-            if (number != m_readNumber)
+    m_reads.run(
+        BackgroundTask::blockingPool(), path, [path] { return readNow(path); },
+        [this, path](const QString& text) {
+            if (path != m_latestPath)
                 return;
-            m_underWay = false;
             m_timeLimit.stop();
             Q_EMIT textRead(text);
         });
@@ -71,10 +64,6 @@ QString TextFileReader::readNow(const QString& path) {
     if (file.error() != QFileDevice::NoError)
         return kNotFoundText;
     return Utf8Text::decodeStrict(Utf8Text::prefix(bytes, kMaxBytes)).value_or(kNotFoundText);
-}
-
-void TextFileReader::setTimeLimitForTesting(std::chrono::milliseconds limit) {
-    timeLimitSetting() = limit;
 }
 
 } // namespace corkwheel

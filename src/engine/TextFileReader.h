@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "engine/OneJobPerKey.h"
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -19,10 +21,13 @@ class TextFileReader : public QObject {
     Q_OBJECT
 
 public:
-    explicit TextFileReader(QObject* parent = nullptr);
+    // A read that takes longer than `timeLimit` shows kTimedOutText; a file panel's reads
+    // have kTimeLimit.
+    explicit TextFileReader(std::chrono::milliseconds timeLimit, QObject* parent = nullptr);
 
     // Starts reading `path` unless a read of the same path is still under way; a read of
-    // another path takes over, and the earlier read's text is dropped.
+    // another path takes over, and the earlier read's text is dropped. A path read again
+    // while its earlier read is stuck shows that read's text once it returns.
     void read(const QString& path);
 
     // The text a file panel shows for `path` (a leading "~/" means the home directory): the
@@ -36,18 +41,14 @@ public:
     static inline const QString kNotFoundText = QStringLiteral("(file not found)");
     static inline const QString kTimedOutText = QStringLiteral("error: file read timed out");
 
-    // Applies to readers created afterwards.
-    static void setTimeLimitForTesting(std::chrono::milliseconds limit);
-
 Q_SIGNALS:
     void textRead(const QString& text);
 
 private:
     QTimer m_timeLimit;
-    QString m_pathUnderWay;
-    bool m_underWay = false;
-    // Tells the answer of the latest read from those of reads it took over from.
-    quint64 m_readNumber = 0;
+    OneJobPerKey m_reads;
+    // The path whose text shows; the text of a read of any other is dropped.
+    QString m_latestPath;
 };
 
 } // namespace corkwheel

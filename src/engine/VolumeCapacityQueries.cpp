@@ -7,23 +7,15 @@
 namespace corkwheel {
 
 VolumeCapacityQueries::VolumeCapacityQueries(Ask ask, QObject* parent)
-    : QObject(parent), m_ask(std::move(ask)) {}
+    : QObject(parent), m_ask(std::move(ask)), m_questions(this) {}
 
 bool VolumeCapacityQueries::ask(const QString& mountPoint) {
-    if (m_outstanding.contains(mountPoint))
-        return false;
-    m_outstanding.insert(mountPoint);
-    BackgroundTask::run(
-        BackgroundTask::blockingPool(), this, [ask = m_ask, mountPoint] { return ask(mountPoint); },
+    return m_questions.run(
+        BackgroundTask::blockingPool(), mountPoint,
+        [ask = m_ask, mountPoint] { return ask(mountPoint); },
         [this, mountPoint](const std::optional<VolumeCapacity>& capacity) {
-            m_outstanding.remove(mountPoint);
             Q_EMIT answered(mountPoint, capacity);
         });
-    return true;
-}
-
-bool VolumeCapacityQueries::isOutstanding(const QString& mountPoint) const {
-    return m_outstanding.contains(mountPoint);
 }
 
 } // namespace corkwheel

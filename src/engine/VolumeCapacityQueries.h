@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include "engine/OneJobPerKey.h"
 #include "engine/VolumeCapacity.h"
 
 #include <QObject>
-#include <QSet>
 #include <QString>
 
 #include <functional>
@@ -29,7 +29,6 @@ public:
     // Asks unless a question about that volume is still outstanding; tells whether it
     // asked.
     bool ask(const QString& mountPoint);
-    bool isOutstanding(const QString& mountPoint) const;
 
 Q_SIGNALS:
     // On the main thread, whenever a question returns, however late.
@@ -37,7 +36,7 @@ Q_SIGNALS:
 
 private:
     Ask m_ask;
-    QSet<QString> m_outstanding;
+    OneJobPerKey m_questions;
 };
 
 } // namespace corkwheel

@@ -17,9 +17,11 @@
 #include "support/XDisplayTools.h"
 
 #include "desktop/DesktopPanelController.h"
+#include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopPanelWindow.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "desktop/PanelResizeHandle.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QApplication>
 #include <QDBusInterface>
@@ -155,6 +157,7 @@ private:
     PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopPlatform> m_platform;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
 
@@ -173,7 +176,10 @@ private:
     // The store and the windows manager in this process, as the application has them.
     void startInProcess(const QList<Panel>& panels) {
         m_fixture = std::make_unique<StoreFixture>(panels);
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store);
+        if (!m_platform)
+            m_platform = DesktopPlatform::create();
+        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
+                                                            RunnerServices::shared());
     }
 
     PanelStore& store() { return *m_fixture->store; }
@@ -400,7 +406,8 @@ private Q_SLOTS:
         // Above ordinary windows, taking the mouse.
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
         QVERIFY(windowUnderPointer(sampleOf(start)) != windowUnderPointer(kEmptyDesktop));
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar =
+            start.topLeft() + QPoint(60, DesktopPanelHostView::kTitleBarHeight / 2);
         drag(titleBar, titleBar + QPoint(40, 500));
         const QRect moved = start.translated(40, 500);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), moved, kWait);

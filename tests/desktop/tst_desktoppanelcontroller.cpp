@@ -24,6 +24,8 @@ using Op = RecordingDesktopPlatform::Op;
 namespace {
 
 const PanelFrame kFrame{40, 40, 360, 80};
+// Halfway along and down the title bar.
+const QPointF kInTitleBar(180, DesktopPanelHostView::kTitleBarHeight / 2.0);
 
 } // namespace
 
@@ -32,6 +34,7 @@ class DesktopPanelControllerTest : public QObject {
 
 private:
     RecordingDesktopPlatform m_platform;
+    MockClock m_clock;
     std::unique_ptr<StoreFixture> m_fixture;
     Panel m_panel;
 
@@ -40,7 +43,7 @@ private:
 
     std::unique_ptr<DesktopPanelController> makeController() {
         auto controller = std::make_unique<DesktopPanelController>(m_panel, &store(), m_platform,
-                                                                   clockOnlyServices());
+                                                                   clockOnlyServices(m_clock));
         // What the windows manager does right after creating it.
         controller->apply(m_panel, false, false);
         return controller;
@@ -67,7 +70,8 @@ private Q_SLOTS:
     void cleanup() { m_fixture.reset(); }
 
     void newPanelShowsPinnedWindowAtItsFrame() {
-        DesktopPanelController controller(m_panel, &store(), m_platform, clockOnlyServices());
+        DesktopPanelController controller(m_panel, &store(), m_platform,
+                                          clockOnlyServices(m_clock));
         // Shown by the first apply, which knows whether the panel is hidden.
         QVERIFY(!m_platform.state(controller.window()).shown);
         controller.apply(m_panel, false, false);
@@ -76,7 +80,7 @@ private Q_SLOTS:
         QVERIFY(state.shown);
         QVERIFY(state.pinned);
         QCOMPARE(m_platform.count(Op::Prepare), 1);
-        QVERIFY(controller.runner().isTimerActive());
+        QVERIFY(refreshesOnTime(controller.runner(), m_clock));
         QCOMPARE(controller.hostView()->size(), QSize(360, 80));
         QVERIFY(!controller.hostView()->editMode());
         QCOMPARE(controller.window()->windowTitle(), QStringLiteral("Notes"));
@@ -198,17 +202,16 @@ private Q_SLOTS:
 
     void togglingEditModeReappliesPanelToRunnerAndRebuildsHostView() {
         auto controller = makeController();
-        // A stopped timer shows whether the runner was handed the panel again: applying
-        // restarts it.
+        // A stopped runner shows whether it was handed the panel again: applying restarts it.
         controller->runner().stop();
         controller->apply(m_panel, true, false);
-        QVERIFY(controller->runner().isTimerActive());
+        QVERIFY(refreshesOnTime(controller->runner(), m_clock));
         QVERIFY(controller->hostView()->editMode());
         QCOMPARE(controller->hostView()->panel(), m_panel);
 
         controller->runner().stop();
         controller->apply(m_panel, false, false);
-        QVERIFY(controller->runner().isTimerActive());
+        QVERIFY(refreshesOnTime(controller->runner(), m_clock));
         QVERIFY(!controller->hostView()->editMode());
     }
 
@@ -240,7 +243,7 @@ private Q_SLOTS:
         controller->runner().stop();
         controller->apply(m_panel, false, false);
         QCOMPARE(m_platform.calls().size(), 0);
-        QVERIFY(!controller->runner().isTimerActive());
+        QVERIFY(!refreshesOnTime(controller->runner(), m_clock));
     }
 
     void withStoreGoneDragStillMovesWindow() {
@@ -301,7 +304,7 @@ private Q_SLOTS:
         m_platform.blurOffered = true;
         auto controller = makeEditableController();
         const QPainterPath shape = m_platform.state(controller->window()).blurShape;
-        QVERIFY(shape.contains(QPointF(180, 13)));
+        QVERIFY(shape.contains(kInTitleBar));
         QVERIFY(!shape.contains(QPointF(180, 40)));
         QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
 
@@ -315,7 +318,7 @@ private Q_SLOTS:
         QVERIFY(!controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
         m_platform.blurOffered = true;
         controller->updateBackdrop();
-        QVERIFY(m_platform.state(controller->window()).blurShape.contains(QPointF(180, 13)));
+        QVERIFY(m_platform.state(controller->window()).blurShape.contains(kInTitleBar));
         QVERIFY(controller->hostView()->findChild<PanelTitleBar*>()->seeThrough());
     }
 

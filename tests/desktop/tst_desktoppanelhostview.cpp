@@ -25,6 +25,9 @@ using namespace corkwheel::test;
 namespace {
 
 const QSize kSize(240, 160);
+constexpr int kBarHeight = DesktopPanelHostView::kTitleBarHeight;
+// Halfway down the title bar.
+constexpr int kBarMiddle = kBarHeight / 2;
 
 Panel panelNamed(const QString& name, double cornerRadius = 16) {
     Panel panel = Panel::makeDefault(PanelType::Text);
@@ -189,7 +192,7 @@ private Q_SLOTS:
         const QImage image = render(view, 1);
         const auto white = near(Qt::white, 30, 200);
         QVERIFY(countPixels(image, QRectF(10, 7.5, 11, 11), white) > 4);
-        const QRectF name = inkBounds(image.copy(27, 0, 100, 25), white);
+        const QRectF name = inkBounds(image.copy(27, 0, 100, kBarHeight - 1), white);
         QVERIFY(name.width() > 20 && name.height() > 6);
     }
 
@@ -199,12 +202,13 @@ private Q_SLOTS:
         const QString shown = titleBar()->shownName();
         QVERIFY(shown.endsWith(QChar(0x2026)));
         QVERIFY(shown.size() < name.size());
-        QCOMPARE(titleBar()->height(), DesktopPanelHostView::kTitleBarHeight);
+        QCOMPARE(titleBar()->height(), kBarHeight);
         const QImage image = render(view, 1);
-        const QRectF text = inkBounds(image.copy(27, 0, 240 - 27, 26), near(Qt::white, 30, 200));
+        const QRectF text =
+            inkBounds(image.copy(27, 0, 240 - 27, kBarHeight), near(Qt::white, 30, 200));
         QVERIFY(text.right() <= 240 - 27 - 10 + 1);
         // Nothing spills below the bar apart from the outline.
-        QCOMPARE(countPixels(image, QRectF(3, 27, 234, 90), isVisible), 0);
+        QCOMPARE(countPixels(image, QRectF(3, kBarHeight + 1, 234, 90), isVisible), 0);
     }
 
     void zeroCornerRadiusGivesSquareTitleBarAndOutline() {
@@ -279,7 +283,8 @@ private Q_SLOTS:
         };
         const QImage white = overDesktop(Qt::white);
         const QImage black = overDesktop(Qt::black);
-        const int lighter = qGray(white.pixel(200, 13)) - qGray(black.pixel(200, 13));
+        const int lighter =
+            qGray(white.pixel(200, kBarMiddle)) - qGray(black.pixel(200, kBarMiddle));
         QVERIFY2(seeThrough ? lighter > 30 : lighter == 0, qPrintable(QString::number(lighter)));
         for (const QImage& image : {white, black}) {
             const int step = sharpestStep(image, kBarBeyondName);
@@ -321,7 +326,7 @@ private Q_SLOTS:
     void titleBarRepaintedInItsMiddleIsFrostedThere() {
         DesktopPanelHostView& view = host(stripedPanel(), true);
         QTRY_VERIFY(titleBar()->hasFrost());
-        const QRect middle(100, 0, 40, 26);
+        const QRect middle(100, 0, 40, kBarHeight);
         QImage image(kSize, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::transparent);
         view.render(&image, middle.topLeft(), QRegion(middle), QWidget::DrawChildren);
@@ -351,11 +356,11 @@ private Q_SLOTS:
         DesktopPanelHostView& view = host(panel, true);
         view.show();
         QTRY_VERIFY(titleBar()->hasFrost());
-        const QColor white = colorAt(render(view, 1), QPointF(200, 13));
+        const QColor white = colorAt(render(view, 1), QPointF(200, kBarMiddle));
         panel.style.backgroundColor = CodableColor{0, 0, 1, 1};
         view.setPanel(panel, true);
-        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, 13)).blue() >
-                    colorAt(render(view, 1), QPointF(200, 13)).red() + 20);
+        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, kBarMiddle)).blue() >
+                    colorAt(render(view, 1), QPointF(200, kBarMiddle)).red() + 20);
         QVERIFY(white.blue() < white.red() + 5);
     }
 
@@ -389,8 +394,8 @@ private Q_SLOTS:
         view.setPanel(panel, false);
         QTest::qWait(50);
         view.setPanel(panel, true);
-        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, 13)).blue() >
-                    colorAt(render(view, 1), QPointF(200, 13)).red() + 20);
+        QTRY_VERIFY(colorAt(render(view, 1), QPointF(200, kBarMiddle)).blue() >
+                    colorAt(render(view, 1), QPointF(200, kBarMiddle)).red() + 20);
     }
 
     void titleBarDragReportsTheGlobalTranslation() {
@@ -480,7 +485,7 @@ private Q_SLOTS:
         DesktopPanelHostView& view = host(panelNamed(QStringLiteral("Notes")), true);
         view.show();
         view.resize(300, 200);
-        QCOMPARE(titleBar()->geometry(), QRect(0, 0, 300, 26));
+        QCOMPARE(titleBar()->geometry(), QRect(0, 0, 300, kBarHeight));
         QCOMPARE(handle()->geometry(), QRect(300 - 35, 200 - 35, 35, 35));
         QCOMPARE(view.contentView()->geometry(), QRect(0, 0, 300, 200));
     }

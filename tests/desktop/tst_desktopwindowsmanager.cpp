@@ -26,6 +26,7 @@ class DesktopWindowsManagerTest : public QObject {
 
 private:
     std::unique_ptr<RecordingDesktopPlatform> m_platform;
+    MockClock m_time;
     std::unique_ptr<StoreFixture> m_fixture;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     Panel m_clock;
@@ -36,8 +37,8 @@ private:
 
     void start(const QList<Panel>& panels) {
         m_fixture = std::make_unique<StoreFixture>(panels);
-        m_manager =
-            std::make_unique<DesktopWindowsManager>(store(), *m_platform, clockOnlyServices());
+        m_manager = std::make_unique<DesktopWindowsManager>(store(), *m_platform,
+                                                            clockOnlyServices(m_time));
     }
 
     void startWithThreePanels() { start({m_clock, m_notes, m_disabled}); }
@@ -118,7 +119,7 @@ private Q_SLOTS:
         store().update(disabled);
         QCOMPARE(controllerOf(m_notes), controller);
         QVERIFY(!isShown(m_notes));
-        QVERIFY(controller->runner().isTimerActive());
+        QVERIFY(refreshesOnTime(controller->runner(), m_time));
 
         m_platform->clearCalls();
         store().update(m_notes);
@@ -154,11 +155,13 @@ private Q_SLOTS:
     void deletingPanelStopsItsRefreshTimerBeforeItsWindowCloses() {
         startWithThreePanels();
         const PanelRunner* runner = &controllerOf(m_notes)->runner();
-        QVERIFY(runner->isTimerActive());
-        std::optional<bool> timerActiveAtClose;
-        m_platform->onClose = [&](const QWidget*) { timerActiveAtClose = runner->isTimerActive(); };
+        QVERIFY(refreshesOnTime(*runner, m_time));
+        std::optional<bool> refreshesAtClose;
+        m_platform->onClose = [&](const QWidget*) {
+            refreshesAtClose = refreshesOnTime(*runner, m_time);
+        };
         store().removePanel(m_notes.id);
-        QCOMPARE(timerActiveAtClose, std::optional<bool>(false));
+        QCOMPARE(refreshesAtClose, std::optional<bool>(false));
         QCOMPARE(m_manager->controller(m_notes.id), nullptr);
         QCOMPARE(m_manager->controllerCount(), 2);
     }

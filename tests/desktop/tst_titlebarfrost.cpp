@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "desktop/DesktopPanelHostView.h"
 #include "desktop/TitleBarFrost.h"
 
 #include <QPainter>
@@ -12,7 +13,7 @@ using namespace corkwheel;
 
 namespace {
 
-const QSize kBar(240, 26);
+const QSize kBar(240, DesktopPanelHostView::kTitleBarHeight);
 
 // What a panel might draw under its title bar: a mid-grey pane with dark vertical strokes.
 QImage striped(QSize size, double ratio) {
@@ -111,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(changed, QRect(QPoint(), kBar));
         QVERIFY(frost.holds(kBar, 1));
         QVERIFY(!frost.holds(kBar, 2));
-        QVERIFY(!frost.holds(QSize(200, 26), 1));
+        QVERIFY(!frost.holds(QSize(200, kBar.height()), 1));
         QCOMPARE(frost.frost().size(), QSize(60, 7));
     }
 
@@ -125,7 +126,7 @@ private Q_SLOTS:
         TitleBarFrost frost;
         const QImage under = striped(kBar, 1);
         frost.update(under, QRect(QPoint(), kBar), kBar);
-        const QRect area(100, 0, 20, 26);
+        const QRect area(100, 0, 20, kBar.height());
         QVERIFY(frost.update(part(under, area), area, kBar).isEmpty());
     }
 
@@ -159,8 +160,9 @@ private Q_SLOTS:
     }
 
     void areaForTakesWholeShrunkPixelsAndTheWholeHeight() {
-        QCOMPARE(TitleBarFrost::areaFor(QRect(5, 10, 6, 3), kBar), QRect(4, 0, 8, 26));
-        QCOMPARE(TitleBarFrost::areaFor(QRect(236, 0, 10, 5), kBar), QRect(236, 0, 4, 26));
+        QCOMPARE(TitleBarFrost::areaFor(QRect(5, 10, 6, 3), kBar), QRect(4, 0, 8, kBar.height()));
+        QCOMPARE(TitleBarFrost::areaFor(QRect(236, 0, 10, 5), kBar),
+                 QRect(236, 0, 4, kBar.height()));
         QVERIFY(TitleBarFrost::areaFor(QRect(0, 40, 10, 5), kBar).isEmpty());
     }
 
@@ -173,7 +175,7 @@ private Q_SLOTS:
     void brighterSpotDarkensTheWholeBarAgain() {
         TitleBarFrost frost;
         frost.update(striped(kBar, 1), QRect(QPoint(), kBar), kBar);
-        const QRect spot(100, 0, 40, 26);
+        const QRect spot(100, 0, 40, kBar.height());
         const QImage bright = paintedOver(striped(kBar, 1), spot, Qt::white);
         const QRect area = TitleBarFrost::areaFor(spot, kBar);
         QCOMPARE(frost.update(part(bright, area), area, kBar), QRect(QPoint(), kBar));

@@ -14,7 +14,9 @@
 #include "support/ScreenPixels.h"
 #include "support/StoreFixture.h"
 
+#include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopWindowsManager.h"
+#include "platform/DesktopPlatform.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -64,6 +66,9 @@ protected:
 
 // The output's size (scripts/in-wayland-desktop.sh).
 constexpr QSize kOutputSize(1280, 800);
+
+// Halfway down a panel's title bar, in edit mode.
+constexpr int kBarMiddle = DesktopPanelHostView::kTitleBarHeight / 2;
 
 // The pointer, a virtual device of the compositor's that this test moves and presses.
 class Pointer {
@@ -138,6 +143,7 @@ class WaylandEndToEndTest : public QObject {
 
 private:
     std::unique_ptr<StoreFixture> m_fixture;
+    std::unique_ptr<DesktopPlatform> m_platform;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
     Pointer m_pointer;
@@ -148,7 +154,10 @@ private:
 
     void startInProcess(const QList<Panel>& panels) {
         m_fixture = std::make_unique<StoreFixture>(panels);
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store);
+        if (!m_platform)
+            m_platform = DesktopPlatform::create();
+        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
+                                                            RunnerServices::shared());
     }
 
     PanelStore& store() { return *m_fixture->store; }
@@ -256,7 +265,7 @@ private Q_SLOTS:
         store().setEditMode(true);
         // Above ordinary windows, taking the mouse: a drag of its title bar moves it.
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar = start.topLeft() + QPoint(60, kBarMiddle);
         m_pointer.drag(titleBar, titleBar + QPoint(40, 300));
         const QRect moved = start.translated(40, 300);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(moved)), kWait);
@@ -280,12 +289,12 @@ private Q_SLOTS:
         store().setEditMode(true);
         const QRect start = rectOf(mover.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(start)), kWait);
-        const QPoint titleBar = start.topLeft() + QPoint(60, 13);
+        const QPoint titleBar = start.topLeft() + QPoint(60, kBarMiddle);
         m_pointer.drag(titleBar, titleBar + QPoint(505, 0));
         const QRect linedUp(600, 600, 300, 80);
         QTRY_COMPARE_WITH_TIMEOUT(rectOf(savedFrame(mover)), linedUp, kWait);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(linedUp)), kWait);
-        const QColor bar = screenPixel(linedUp.topLeft() + QPoint(250, 13));
+        const QColor bar = screenPixel(linedUp.topLeft() + QPoint(250, kBarMiddle));
         QVERIFY(!isColor(bar, kPanelColor));
         QVERIFY2(whiteContrast(bar) >= 4.5, qPrintable(bar.name()));
     }

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include <cerrno>
 #include <csignal>
@@ -74,6 +76,27 @@ template <typename Run> qint64 peakResidentKiBDuring(Run run) {
     return peak;
 }
 
+// Runs `command` to its end or to the time limit and returns the text it shows.
+QString execute(const QString& command, const ShellCommand::Setup& setup = {}) {
+    ShellCommand run(command, setup);
+    QEventLoop loop;
+    std::optional<QString> result;
+    QObject::connect(&run, &ShellCommand::finished, &loop, [&](const QString& text) {
+        result = text;
+        loop.quit();
+    });
+    run.start();
+    if (!result)
+        loop.exec();
+    return result.value_or(QString());
+}
+
+ShellCommand::Setup withTimeLimit(std::chrono::milliseconds limit) {
+    ShellCommand::Setup setup;
+    setup.timeLimit = limit;
+    return setup;
+}
+
 QString quoted(const QString& path) {
     return QLatin1Char('\'') + path + QLatin1Char('\'');
 }
@@ -85,7 +108,6 @@ class ShellCommandTest : public QObject {
 
 private Q_SLOTS:
     void init();
-    void cleanup();
 
     void standardOutputWinsOverStandardError();
     void standardErrorShowsWhenOutputIsEmpty();
@@ -130,75 +152,64 @@ void ShellCommandTest::init() {
     QVERIFY(m_dir.isValid());
 }
 
-void ShellCommandTest::cleanup() {
-    ShellCommand::setTimeLimitForTesting(ShellCommand::kTimeLimit);
-    ShellCommand::setShellProgramForTesting(QStringLiteral("/bin/zsh"));
-}
-
 void ShellCommandTest::standardOutputWinsOverStandardError() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("echo hi; echo err >&2")), QStringLiteral("hi"));
+    QCOMPARE(execute(QStringLiteral("echo hi; echo err >&2")), QStringLiteral("hi"));
 }
 
 void ShellCommandTest::standardErrorShowsWhenOutputIsEmpty() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("echo err >&2")), QStringLiteral("err"));
+    QCOMPARE(execute(QStringLiteral("echo err >&2")), QStringLiteral("err"));
     // Output that trims to nothing counts as empty too.
-    QCOMPARE(ShellCommand::execute(QStringLiteral("printf ' \\n\\t\\n'; echo err >&2")),
-             QStringLiteral("err"));
+    QCOMPARE(execute(QStringLiteral("printf ' \\n\\t\\n'; echo err >&2")), QStringLiteral("err"));
 }
 
 void ShellCommandTest::outputIsTrimmedKeepingInnerBlankLines() {
-    QCOMPARE(
-        ShellCommand::execute(QStringLiteral("printf '\\n\\n  first\\n\\n\\nsecond \\t\\n\\n'")),
-        QStringLiteral("first\n\n\nsecond"));
+    QCOMPARE(execute(QStringLiteral("printf '\\n\\n  first\\n\\n\\nsecond \\t\\n\\n'")),
+             QStringLiteral("first\n\n\nsecond"));
 }
 
 void ShellCommandTest::blankCommandShowsEmptyText() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("  \n\t \n")), QString());
+    QCOMPARE(execute(QStringLiteral("  \n\t \n")), QString());
 }
 
 void ShellCommandTest::commandRunsInLoginZsh() {
-    QCOMPARE(ShellCommand::execute(
-                 QStringLiteral("print -r -- $ZSH_NAME; [[ -o login ]] && echo login")),
+    QCOMPARE(execute(QStringLiteral("print -r -- $ZSH_NAME; [[ -o login ]] && echo login")),
              QStringLiteral("zsh\nlogin"));
 }
 
 void ShellCommandTest::environmentAndWorkingDirectoryAreInherited() {
     qputenv("CORKWHEEL_TEST_MARKER", "marker-42");
-    const QString text = ShellCommand::execute(QStringLiteral("echo $CORKWHEEL_TEST_MARKER; pwd"));
+    const QString text = execute(QStringLiteral("echo $CORKWHEEL_TEST_MARKER; pwd"));
     qunsetenv("CORKWHEEL_TEST_MARKER");
     QCOMPARE(text, QStringLiteral("marker-42\n") + QDir::currentPath());
 }
 
 void ShellCommandTest::standardInputIsEmpty() {
     // A command that reads its input ends at once instead of waiting for the time limit.
-    QCOMPARE(ShellCommand::execute(QStringLiteral("cat; echo done")), QStringLiteral("done"));
+    QCOMPARE(execute(QStringLiteral("cat; echo done")), QStringLiteral("done"));
 }
 
 void ShellCommandTest::silentFailureShowsEmptyText() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("exit 3")), QString());
+    QCOMPARE(execute(QStringLiteral("exit 3")), QString());
 }
 
 void ShellCommandTest::failingCommandStillShowsItsOutput() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; exit 1")),
-             QStringLiteral("partial"));
+    QCOMPARE(execute(QStringLiteral("echo partial; exit 1")), QStringLiteral("partial"));
 }
 
 void ShellCommandTest::commandKilledBySignalStillShowsItsOutput() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("echo before; kill -KILL $$")),
-             QStringLiteral("before"));
+    QCOMPARE(execute(QStringLiteral("echo before; kill -KILL $$")), QStringLiteral("before"));
 }
 
 void ShellCommandTest::outputLargerThanPipeCapacityCompletes() {
     // Far more than a pipe holds (64 KiB), on both streams at once.
-    const QString text = ShellCommand::execute(
+    const QString text = execute(
         QStringLiteral("head -c 300000 /dev/zero | tr '\\0' e >&2; head -c 300000 /dev/zero "
                        "| tr '\\0' o"));
     QCOMPARE(text, QString(300000, QLatin1Char('o')));
 }
 
 void ShellCommandTest::fiveMegabytesOfOutputShowFirstMebibyte() {
-    const QString text =
-        ShellCommand::execute(QStringLiteral("head -c 5000000 /dev/zero | tr '\\0' a"));
+    const QString text = execute(QStringLiteral("head -c 5000000 /dev/zero | tr '\\0' a"));
     QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
     QCOMPARE(text, QString(ShellCommand::kMaxKeptBytes, QLatin1Char('a')));
 }
@@ -206,7 +217,7 @@ void ShellCommandTest::fiveMegabytesOfOutputShowFirstMebibyte() {
 void ShellCommandTest::keptOutputIsCutBeforeSplitCharacter() {
     // Lines of "é\n" are three bytes each, so the 1 MiB limit falls right after the first
     // byte of an "é"; that half character goes, and the rest is still valid text.
-    const QString text = ShellCommand::execute(QStringLiteral("yes é | head -c 5000000"));
+    const QString text = execute(QStringLiteral("yes é | head -c 5000000"));
     const qsizetype wholeLines = ShellCommand::kMaxKeptBytes / 3;
     QString expected = QStringLiteral("\u00e9\n").repeated(wholeLines);
     expected.chop(1);
@@ -229,18 +240,19 @@ void ShellCommandTest::invalidUtf8CountsAsEmpty_data() {
 void ShellCommandTest::invalidUtf8CountsAsEmpty() {
     QFETCH(QString, command);
     QFETCH(QString, expected);
-    QCOMPARE(ShellCommand::execute(command), expected);
+    QCOMPARE(execute(command), expected);
 }
 
 void ShellCommandTest::missingShellShowsError() {
-    ShellCommand::setShellProgramForTesting(QStringLiteral("/nonexistent/zsh"));
-    const QString text = ShellCommand::execute(QStringLiteral("echo hi"));
+    ShellCommand::Setup setup;
+    setup.shell = QStringLiteral("/nonexistent/zsh");
+    const QString text = execute(QStringLiteral("echo hi"), setup);
     QCOMPARE(text,
              QStringLiteral("error: cannot start /nonexistent/zsh: No such file or directory"));
 }
 
 void ShellCommandTest::asynchronousRunReportsExactlyOnce() {
-    ShellCommand run(QStringLiteral("echo hi"));
+    ShellCommand run(QStringLiteral("echo hi"), {});
     QSignalSpy spy(&run, &ShellCommand::finished);
     run.start();
     QVERIFY(spy.isEmpty());
@@ -253,42 +265,39 @@ void ShellCommandTest::asynchronousRunReportsExactlyOnce() {
 void ShellCommandTest::sleepingThirtySecondsTimesOutAfterTenSeconds() {
     QElapsedTimer elapsed;
     elapsed.start();
-    QCOMPARE(ShellCommand::execute(QStringLiteral("sleep 30")), kTimedOut);
+    QCOMPARE(execute(QStringLiteral("sleep 30")), kTimedOut);
     // Not before the limit, and without waiting for the command itself.
     QVERIFY2(elapsed.elapsed() >= 10'000, qPrintable(QString::number(elapsed.elapsed())));
     QVERIFY2(elapsed.elapsed() < 25'000, qPrintable(QString::number(elapsed.elapsed())));
 }
 
 void ShellCommandTest::outputBeforeTimeLimitIsDiscarded() {
-    ShellCommand::setTimeLimitForTesting(500ms);
-    QCOMPARE(ShellCommand::execute(QStringLiteral("echo partial; echo err >&2; sleep 30")),
+    QCOMPARE(execute(QStringLiteral("echo partial; echo err >&2; sleep 30"), withTimeLimit(500ms)),
              kTimedOut);
 }
 
 void ShellCommandTest::endlessOutputTimesOutWithinBoundedMemory() {
-    ShellCommand::setTimeLimitForTesting(1500ms);
     const qint64 before = residentKiB();
     QVERIFY(before > 0);
     QString text;
-    const qint64 peak =
-        peakResidentKiBDuring([&text] { text = ShellCommand::execute(QStringLiteral("yes")); });
+    const qint64 peak = peakResidentKiBDuring(
+        [&text] { text = execute(QStringLiteral("yes"), withTimeLimit(1500ms)); });
     QCOMPARE(text, kTimedOut);
     const qint64 grownKiB = peak - before;
     QVERIFY2(grownKiB < 50 * 1024, qPrintable(QStringLiteral("grew %1 KiB").arg(grownKiB)));
 }
 
 void ShellCommandTest::outputOfABackgroundChildAfterTheShellExitsIsShown() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("(sleep 0.5; echo late) & echo early")),
+    QCOMPARE(execute(QStringLiteral("(sleep 0.5; echo late) & echo early")),
              QStringLiteral("early\nlate"));
 }
 
 void ShellCommandTest::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolder() {
-    ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("holder.pid"));
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(ShellCommand::execute(
-                 QStringLiteral("sleep 300 & echo $! > %1; echo early").arg(quoted(pidFile))),
+    QCOMPARE(execute(QStringLiteral("sleep 300 & echo $! > %1; echo early").arg(quoted(pidFile)),
+                     withTimeLimit(1000ms)),
              QStringLiteral("early"));
     QVERIFY(timer.elapsed() < 5000);
     const QList<qint64> pids = pidsIn(pidFile);
@@ -297,23 +306,23 @@ void ShellCommandTest::outputHeldOpenPastTheLimitShowsWhatWasReadAndEndsTheHolde
 }
 
 void ShellCommandTest::timeOutEndsEveryProcessOfTheGroup() {
-    ShellCommand::setTimeLimitForTesting(500ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("group.pid"));
-    QCOMPARE(ShellCommand::execute(
-                 QStringLiteral("sleep 300 & echo $! > %1; sleep 300; wait").arg(quoted(pidFile))),
-             kTimedOut);
+    QCOMPARE(
+        execute(QStringLiteral("sleep 300 & echo $! > %1; sleep 300; wait").arg(quoted(pidFile)),
+                withTimeLimit(500ms)),
+        kTimedOut);
     const QList<qint64> pids = pidsIn(pidFile);
     QCOMPARE(pids.size(), 1);
     QTRY_VERIFY(processIsGone(pids.first()));
 }
 
 void ShellCommandTest::timeOutKillsChildrenThatIgnoreTerm() {
-    ShellCommand::setTimeLimitForTesting(500ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("stubborn.pid"));
     // The run stays alive after its result, so only the grace period's SIGKILL can end
     // the child.
     ShellCommand run(
-        QStringLiteral("(trap '' TERM; exec sleep 300) & echo $! > %1; wait").arg(quoted(pidFile)));
+        QStringLiteral("(trap '' TERM; exec sleep 300) & echo $! > %1; wait").arg(quoted(pidFile)),
+        withTimeLimit(500ms));
     QSignalSpy spy(&run, &ShellCommand::finished);
     run.start();
     QTRY_COMPARE(pidsIn(pidFile).size(), 1);
@@ -328,7 +337,7 @@ void ShellCommandTest::destroyingRunningCommandReportsNothingAndLeavesNoProcess(
     // As the panel runner holds a run: the run dies with its owner.
     auto owner = std::make_unique<QObject>();
     auto* run = new ShellCommand(
-        QStringLiteral("echo $$ > %1; sleep 300 & echo $! >> %1; wait").arg(quoted(pidFile)),
+        QStringLiteral("echo $$ > %1; sleep 300 & echo $! >> %1; wait").arg(quoted(pidFile)), {},
         owner.get());
     QSignalSpy spy(run, &ShellCommand::finished);
     run->start();
@@ -344,8 +353,8 @@ void ShellCommandTest::destroyingRunningCommandReportsNothingAndLeavesNoProcess(
 
 void ShellCommandTest::destroyingCommandRightAfterStartRunsNothingFurther() {
     const QString marker = m_dir.filePath(QStringLiteral("still-ran"));
-    auto run =
-        std::make_unique<ShellCommand>(QStringLiteral("sleep 0.3; touch %1").arg(quoted(marker)));
+    auto run = std::make_unique<ShellCommand>(
+        QStringLiteral("sleep 0.3; touch %1").arg(quoted(marker)), ShellCommand::Setup{});
     QSignalSpy spy(run.get(), &ShellCommand::finished);
     run->start();
     run.reset();
@@ -358,8 +367,7 @@ void ShellCommandTest::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
     const qint64 before = residentKiB();
     QString text = QStringLiteral("unset");
     const qint64 peak = peakResidentKiBDuring([&text] {
-        text = ShellCommand::execute(
-            QStringLiteral("yes $'\\xff\\x00\\xfe binary' | head -c 1073741824"));
+        text = execute(QStringLiteral("yes $'\\xff\\x00\\xfe binary' | head -c 1073741824"));
     });
     // Not UTF-8, so nothing to show; whatever it was, only a mebibyte of it was kept.
     QCOMPARE(text, QString());
@@ -368,23 +376,20 @@ void ShellCommandTest::gibibyteOfBinaryOutputShowsNothingWithinBoundedMemory() {
 }
 
 void ShellCommandTest::nulBytesStayInTheText() {
-    QCOMPARE(ShellCommand::execute(QStringLiteral("printf 'a\\0b'")),
-             QStringView(u"a\0b", 3).toString());
+    QCOMPARE(execute(QStringLiteral("printf 'a\\0b'")), QStringView(u"a\0b", 3).toString());
 }
 
 void ShellCommandTest::tenMegabyteLineShowsItsFirstMebibyte() {
-    const QString text =
-        ShellCommand::execute(QStringLiteral("head -c 10485760 /dev/zero | tr '\\0' x"));
+    const QString text = execute(QStringLiteral("head -c 10485760 /dev/zero | tr '\\0' x"));
     QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
     QVERIFY(text.startsWith(u'x') && text.endsWith(u'x'));
 }
 
 void ShellCommandTest::fiftySleepingChildrenAllEndAtTheTimeLimit() {
-    ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("fifty.pid"));
-    QCOMPARE(ShellCommand::execute(
-                 QStringLiteral("for i in {1..50}; do sleep 300 & echo $! >> %1; done; wait")
-                     .arg(quoted(pidFile))),
+    QCOMPARE(execute(QStringLiteral("for i in {1..50}; do sleep 300 & echo $! >> %1; done; wait")
+                         .arg(quoted(pidFile)),
+                     withTimeLimit(1000ms)),
              kTimedOut);
     const QList<qint64> pids = pidsIn(pidFile);
     QCOMPARE(pids.size(), 50);
@@ -395,12 +400,11 @@ void ShellCommandTest::fiftySleepingChildrenAllEndAtTheTimeLimit() {
 // A child that leaves the command's session with setsid is out of reach of the run's process
 // group, and outlives the run; the README says so. The test ends it itself.
 void ShellCommandTest::childDetachedIntoANewSessionIsBeyondReach() {
-    ShellCommand::setTimeLimitForTesting(1000ms);
     const QString pidFile = m_dir.filePath(QStringLiteral("detached.pid"));
-    QCOMPARE(ShellCommand::execute(
-                 QStringLiteral("setsid sh -c 'echo $$ > %1; exec sleep 300' >/dev/null 2>&1 & "
-                                "sleep 300")
-                     .arg(quoted(pidFile))),
+    QCOMPARE(execute(QStringLiteral("setsid sh -c 'echo $$ > %1; exec sleep 300' >/dev/null 2>&1 & "
+                                    "sleep 300")
+                         .arg(quoted(pidFile)),
+                     withTimeLimit(1000ms)),
              kTimedOut);
     QTRY_COMPARE(pidsIn(pidFile).size(), 1);
     const qint64 detached = pidsIn(pidFile).first();

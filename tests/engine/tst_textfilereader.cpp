@@ -52,14 +52,11 @@ class TextFileReaderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { TextFileReader::setTimeLimitForTesting(kShortLimit); }
-    void cleanup() { TextFileReader::setTimeLimitForTesting(TextFileReader::kTimeLimit); }
-
     void fifoWithoutWriterShowsEmptyText() {
         QTemporaryDir folder;
         const QString fifo = makeFifo(folder);
         QVERIFY(!fifo.isEmpty());
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         QVERIFY(text.wait());
@@ -71,7 +68,7 @@ private Q_SLOTS:
         const QString fifo = makeFifo(folder);
         SilentWriter writer(fifo);
         QVERIFY(writer.isOpen());
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         QVERIFY(text.wait());
@@ -100,7 +97,7 @@ private Q_SLOTS:
         file.write("a note");
         file.close();
 
-        TextFileReader reader;
+        TextFileReader reader(kShortLimit);
         QSignalSpy text(&reader, &TextFileReader::textRead);
         reader.read(fifo);
         reader.read(note);
@@ -111,6 +108,33 @@ private Q_SLOTS:
         QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
         QTest::qWait(50);
         QCOMPARE(text.count(), 1);
+    }
+
+    void stuckFileReadAgainAfterAnotherWaitsForItsFirstRead() {
+        QTemporaryDir folder;
+        const QString fifo = makeFifo(folder);
+        SilentWriter writer(fifo);
+        const QString note = folder.filePath(QStringLiteral("note.txt"));
+        QFile file(note);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write("a note");
+        file.close();
+
+        TextFileReader reader(kShortLimit);
+        QSignalSpy text(&reader, &TextFileReader::textRead);
+        reader.read(fifo);
+        reader.read(note);
+        QTRY_COMPARE(text.count(), 1);
+        // Back to the stuck file: no second thread waits on it, and it times out again.
+        reader.read(fifo);
+        QTRY_COMPARE(text.count(), 2);
+        QCOMPARE(text.last().first().toString(), TextFileReader::kTimedOutText);
+        QCOMPARE(BackgroundTask::blockingPool().activeThreadCount(), 1);
+        // Its first read's late text is what shows.
+        writer.writeAndClose("at last\n");
+        QTRY_COMPARE(text.count(), 3);
+        QCOMPARE(text.last().first().toString(), QStringLiteral("at last"));
+        QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
     }
 
     void endlessZeroDeviceShowsABoundedText() {

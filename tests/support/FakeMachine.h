@@ -79,6 +79,7 @@ public:
     }
 
     void advanceClock(double seconds) { m_clock.advance(seconds); }
+    MockClock& clock() { return m_clock; }
     FakeSystemSource& system() { return m_system; }
 
     RunnerServices services(std::function<WebPage*(QObject*)> createWebPage = {}) {

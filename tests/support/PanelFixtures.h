@@ -5,10 +5,14 @@
 // Kept for the tests that take their store from here.
 #include "support/StoreFixture.h"
 
+#include "support/MockClock.h"
+
 #include "engine/Clock.h"
+#include "engine/PanelRunner.h"
 #include "engine/RunnerServices.h"
 #include "model/Panel.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 namespace corkwheel {
@@ -27,10 +31,19 @@ namespace corkwheel::test {
 
 // Text panels read nothing but the clock, so the runners of these tests touch neither the
 // machine's statistics nor a shell.
-inline RunnerServices clockOnlyServices() {
+inline RunnerServices clockOnlyServices(const Clock& clock = Clock::system()) {
     RunnerServices services;
-    services.clock = &Clock::system();
+    services.clock = &clock;
     return services;
+}
+
+// Whether the runner of a text panel refreshes while its refresh interval passes on
+// `clock`: a started runner does, one not yet started or stopped does not.
+inline bool refreshesOnTime(const PanelRunner& runner, MockClock& clock) {
+    QSignalSpy refreshes(&runner, &PanelRunner::textOutputChanged);
+    // A second more, for an interval kept in step with the wall clock's seconds.
+    clock.runFor(PanelRunner::timerInterval(runner.panel().refreshInterval) + 1);
+    return !refreshes.isEmpty();
 }
 
 inline Panel namedPanel(PanelType type, const QString& name, bool enabled = true) {
