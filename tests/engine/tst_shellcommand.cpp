@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "engine/RunnerServices.h"
 #include "engine/ShellCommand.h"
 
 #include <QDir>
@@ -132,6 +133,8 @@ private Q_SLOTS:
     void outputBeforeTimeLimitIsDiscarded();
     void endlessOutputTimesOutWithinBoundedMemory();
     void timeOutEndsEveryProcessOfTheGroup();
+    void commandsHaveTenSecondsAndHalfASecondToEnd();
+    void timeOutAsksWithTermBeforeItKills();
     void timeOutKillsChildrenThatIgnoreTerm();
     void destroyingRunningCommandReportsNothingAndLeavesNoProcess();
     void destroyingCommandRightAfterStartRunsNothingFurther();
@@ -210,15 +213,15 @@ void ShellCommandTest::outputLargerThanPipeCapacityCompletes() {
 
 void ShellCommandTest::fiveMegabytesOfOutputShowFirstMebibyte() {
     const QString text = execute(QStringLiteral("head -c 5000000 /dev/zero | tr '\\0' a"));
-    QCOMPARE(text.size(), ShellCommand::kMaxKeptBytes);
-    QCOMPARE(text, QString(ShellCommand::kMaxKeptBytes, QLatin1Char('a')));
+    QCOMPARE(text.size(), 1024 * 1024);
+    QCOMPARE(text, QString(1024 * 1024, QLatin1Char('a')));
 }
 
 void ShellCommandTest::keptOutputIsCutBeforeSplitCharacter() {
     // Lines of "é\n" are three bytes each, so the 1 MiB limit falls right after the first
     // byte of an "é"; that half character goes, and the rest is still valid text.
     const QString text = execute(QStringLiteral("yes é | head -c 5000000"));
-    const qsizetype wholeLines = ShellCommand::kMaxKeptBytes / 3;
+    const qsizetype wholeLines = 1024 * 1024 / 3;
     QString expected = QStringLiteral("\u00e9\n").repeated(wholeLines);
     expected.chop(1);
     QCOMPARE(text.size(), expected.size());
@@ -314,6 +317,34 @@ void ShellCommandTest::timeOutEndsEveryProcessOfTheGroup() {
     const QList<qint64> pids = pidsIn(pidFile);
     QCOMPARE(pids.size(), 1);
     QTRY_VERIFY(processIsGone(pids.first()));
+}
+
+// What users and scripts rely on: a command has ten seconds, and then its whole group is
+// asked to end (SIGTERM) and, half a second later, made to (SIGKILL).
+void ShellCommandTest::commandsHaveTenSecondsAndHalfASecondToEnd() {
+    QCOMPARE(ShellCommand::Setup{}.timeLimit, 10s);
+    QCOMPARE(RunnerServices{}.shellCommands.timeLimit, 10s);
+    QCOMPARE(RunnerServices{}.fileReadTimeLimit, 10s);
+    QCOMPARE(ShellCommand::kKillGrace, 500ms);
+}
+
+// At the time limit the command is first asked to end: a command that traps SIGTERM hears
+// it and lives on until SIGKILL comes (a SIGKILL straight away would leave no "term" line).
+void ShellCommandTest::timeOutAsksWithTermBeforeItKills() {
+    const QString log = m_dir.filePath(QStringLiteral("signals.log"));
+    QCOMPARE(execute(QStringLiteral("trap 'echo term >> %1' TERM; "
+                                    "while true; do echo alive >> %1; sleep 0.05; done")
+                         .arg(quoted(log)),
+                     withTimeLimit(500ms)),
+             kTimedOut);
+    QFile file(log);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = file.readAll().split('\n');
+    const qsizetype term = lines.indexOf("term");
+    QVERIFY2(term > 0, "no SIGTERM was heard before the command ended");
+    // It went on for the grace period after SIGTERM, heartbeats every 50 ms.
+    QVERIFY2(lines.count("alive") - lines.mid(0, term).count("alive") >= 3,
+             lines.join(' ').constData());
 }
 
 void ShellCommandTest::timeOutKillsChildrenThatIgnoreTerm() {
