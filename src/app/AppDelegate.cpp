@@ -2,9 +2,9 @@
 
 #include "app/AppDelegate.h"
 
+#include "app/TaskbarDockPolicy.h"
 #include "desktop/DesktopWindowsManager.h"
 #include "editor/EditorWindow.h"
-#include "app/TaskbarDockPolicy.h"
 #include "platform/DesktopPlatform.h"
 #include "settings/AppSettings.h"
 #include "tray/MenuBarItem.h"

@@ -8,8 +8,8 @@
 #include "support/PrivateConfigHome.h"
 #include "support/StoreFixture.h"
 
-#include "editor/InspectorView.h"
 #include "app/TaskbarDockPolicy.h"
+#include "editor/InspectorView.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
 #include "settings/AppSettings.h"
