@@ -24,8 +24,10 @@ public:
     explicit ApplicationBus(QObject* parent = nullptr);
     ~ApplicationBus() override;
 
-    static inline const QString kService = QStringLiteral("io.github.corkwheel.Corkwheel");
-    static inline const QString kObjectPath = QStringLiteral("/io/github/corkwheel/Corkwheel");
+    static inline const QString kService = QStringLiteral(CORKWHEEL_APP_ID);
+    // The application id as a path, "/io/github/...", as desktops look for it.
+    static inline const QString kObjectPath =
+        QLatin1Char('/') + QString(kService).replace(u'.', u'/');
     static inline const QString kInterface = QStringLiteral("org.freedesktop.Application");
 
     // Whether the session has a bus to connect to. Without one named, libdbus would start a

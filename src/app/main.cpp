@@ -52,10 +52,10 @@ int main(int argc, char* argv[]) {
 
     DisplaySession::applyToEnvironment();
     QApplication app(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Corkwheel"));
-    QApplication::setApplicationName(QStringLiteral("Corkwheel"));
+    QApplication::setOrganizationName(QStringLiteral(CORKWHEEL_APP_NAME));
+    QApplication::setApplicationName(QStringLiteral(CORKWHEEL_APP_NAME));
     // Lets the desktop match Corkwheel's windows to its installed entry and icon.
-    QGuiApplication::setDesktopFileName(QStringLiteral("io.github.corkwheel.Corkwheel"));
+    QGuiApplication::setDesktopFileName(QStringLiteral(CORKWHEEL_APP_ID));
     // Closing the editor leaves the panels on the desktop.
     QApplication::setQuitOnLastWindowClosed(false);
 

@@ -42,7 +42,7 @@ QString PanelStore::defaultFileLocation() {
     const QString dataHome = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
     if (dataHome.isEmpty())
         qFatal("Corkwheel: no per-user data directory");
-    return dataHome + QStringLiteral("/Corkwheel/panels.json");
+    return dataHome + QStringLiteral("/" CORKWHEEL_APP_NAME "/panels.json");
 }
 
 QList<Panel> PanelStore::starterPanels() {

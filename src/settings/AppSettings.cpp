@@ -7,8 +7,9 @@
 namespace corkwheel {
 
 AppSettings::AppSettings(QObject* parent)
-    : QObject(parent), m_settings(QSettings::NativeFormat, QSettings::UserScope,
-                                  QStringLiteral("Corkwheel"), QStringLiteral("Corkwheel")) {
+    : QObject(parent),
+      m_settings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral(CORKWHEEL_APP_NAME),
+                 QStringLiteral(CORKWHEEL_APP_NAME)) {
     const bool dock = m_settings.value(kShowDockIconKey, true).toBool();
     const bool menu = m_settings.value(kShowMenuBarItemKey, true).toBool();
     // Both stored off (edited by hand) would leave nothing to reach the settings with:

@@ -2,6 +2,8 @@
 
 #include "settings/StartAtLogin.h"
 
+#include "settings/InstalledDesktopEntry.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -58,16 +60,26 @@ bool StartAtLogin::setEnabled(bool enabled, const QString& executable) {
 }
 
 QByteArray StartAtLogin::entryText(const QString& executable) {
-    return QStringLiteral("[Desktop Entry]\n"
-                          "Type=Application\n"
-                          "Name=Corkwheel\n"
-                          "Comment=Show small information panels on your desktop\n"
-                          "Exec=%1\n"
-                          "Icon=io.github.corkwheel.Corkwheel\n"
-                          "Terminal=false\n"
-                          "X-GNOME-Autostart-enabled=true\n")
-        .arg(execValue(executable))
-        .toUtf8();
+    const QString mainGroup = QStringLiteral("[Desktop Entry]");
+    QString text = mainGroup + u'\n';
+    bool inMainGroup = false;
+    for (const QString& line : QString::fromUtf8(kInstalledDesktopEntry).split(u'\n')) {
+        if (line.startsWith(u'[')) {
+            inMainGroup = line == mainGroup;
+            continue;
+        }
+        // The launcher's actions are groups of their own, which an autostart entry leaves
+        // out, and so their list.
+        if (!inMainGroup || line.isEmpty() || line.startsWith(u'#') ||
+            line.startsWith(QStringLiteral("Actions=")))
+            continue;
+        text += line.startsWith(QStringLiteral("Exec="))
+                    ? QStringLiteral("Exec=") + execValue(executable)
+                    : line;
+        text += u'\n';
+    }
+    text += QStringLiteral("X-GNOME-Autostart-enabled=true\n");
+    return text.toUtf8();
 }
 
 } // namespace corkwheel

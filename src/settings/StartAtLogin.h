@@ -18,7 +18,8 @@ public:
     // Writes the entry (starting `executable`) or removes it; false when that failed.
     static bool setEnabled(bool enabled, const QString& executable);
 
-    // The autostart entry that starts `executable`.
+    // The autostart entry that starts `executable`: the installed desktop entry, without
+    // its launcher actions, starting `executable` itself when the session starts.
     static QByteArray entryText(const QString& executable);
 };
 

@@ -49,6 +49,32 @@ private:
     int m_fd;
 };
 
+// A note file in `folder`.
+QString writeNote(const QTemporaryDir& folder) {
+    const QString path = folder.filePath(QStringLiteral("note.txt"));
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write("a note");
+    return path;
+}
+
+// A reader whose read of a FIFO that nobody writes to is taken over by a read of a note.
+struct TakenOverRead {
+    QTemporaryDir folder;
+    QString fifo = makeFifo(folder);
+    SilentWriter writer{fifo};
+    QString note = writeNote(folder);
+    TextFileReader reader{kShortLimit};
+    QSignalSpy text{&reader, &TextFileReader::textRead};
+
+    // Reads the FIFO, then the note; true once the note's text showed.
+    bool start() {
+        reader.read(fifo);
+        reader.read(note);
+        return QTest::qWaitFor([this] { return text.count() == 1; });
+    }
+};
+
 } // namespace
 
 class TextFileReaderTest : public QObject {
@@ -91,52 +117,28 @@ private Q_SLOTS:
     }
 
     void readOfAnotherPathTakesOverFromAStuckOne() {
-        QTemporaryDir folder;
-        const QString fifo = makeFifo(folder);
-        SilentWriter writer(fifo);
-        const QString note = folder.filePath(QStringLiteral("note.txt"));
-        QFile file(note);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("a note");
-        file.close();
-
-        TextFileReader reader(kShortLimit);
-        QSignalSpy text(&reader, &TextFileReader::textRead);
-        reader.read(fifo);
-        reader.read(note);
-        QTRY_COMPARE(text.count(), 1);
-        QCOMPARE(text.last().first().toString(), QStringLiteral("a note"));
+        TakenOverRead read;
+        QVERIFY(read.start());
+        QCOMPARE(read.text.last().first().toString(), QStringLiteral("a note"));
         // The stuck read's text, when it comes, is no longer wanted.
-        writer.writeAndClose("old pipe");
+        read.writer.writeAndClose("old pipe");
         QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
         QTest::qWait(50);
-        QCOMPARE(text.count(), 1);
+        QCOMPARE(read.text.count(), 1);
     }
 
     void stuckFileReadAgainAfterAnotherWaitsForItsFirstRead() {
-        QTemporaryDir folder;
-        const QString fifo = makeFifo(folder);
-        SilentWriter writer(fifo);
-        const QString note = folder.filePath(QStringLiteral("note.txt"));
-        QFile file(note);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("a note");
-        file.close();
-
-        TextFileReader reader(kShortLimit);
-        QSignalSpy text(&reader, &TextFileReader::textRead);
-        reader.read(fifo);
-        reader.read(note);
-        QTRY_COMPARE(text.count(), 1);
+        TakenOverRead read;
+        QVERIFY(read.start());
         // Back to the stuck file: no second thread waits on it, and it times out again.
-        reader.read(fifo);
-        QTRY_COMPARE(text.count(), 2);
-        QCOMPARE(text.last().first().toString(), kFileReadTimedOut);
+        read.reader.read(read.fifo);
+        QTRY_COMPARE(read.text.count(), 2);
+        QCOMPARE(read.text.last().first().toString(), kFileReadTimedOut);
         QCOMPARE(BackgroundTask::blockingPool().activeThreadCount(), 1);
         // Its first read's late text is what shows.
-        writer.writeAndClose("at last\n");
-        QTRY_COMPARE(text.count(), 3);
-        QCOMPARE(text.last().first().toString(), QStringLiteral("at last"));
+        read.writer.writeAndClose("at last\n");
+        QTRY_COMPARE(read.text.count(), 3);
+        QCOMPARE(read.text.last().first().toString(), QStringLiteral("at last"));
         QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
     }
 

@@ -8,6 +8,8 @@
 #include "settings/StartAtLogin.h"
 
 #include <QFile>
+#include <QFileInfo>
+#include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTest>
@@ -17,12 +19,28 @@ using namespace corkwheel::test;
 
 namespace {
 
-QByteArray execLine(const QString& executable) {
-    for (const QByteArray& line : StartAtLogin::entryText(executable).split('\n')) {
-        if (line.startsWith("Exec="))
-            return line.mid(5);
+// The keys and values of an entry's main group.
+QHash<QByteArray, QByteArray> mainGroupOf(const QByteArray& entry) {
+    QHash<QByteArray, QByteArray> keys;
+    bool inMainGroup = false;
+    for (const QByteArray& line : entry.split('\n')) {
+        if (line.startsWith('['))
+            inMainGroup = line == "[Desktop Entry]";
+        else if (inMainGroup && line.contains('='))
+            keys.insert(line.left(line.indexOf('=')), line.mid(line.indexOf('=') + 1));
     }
-    return {};
+    return keys;
+}
+
+QByteArray execLine(const QString& executable) {
+    return mainGroupOf(StartAtLogin::entryText(executable)).value("Exec");
+}
+
+// The desktop entry that is installed, as the launcher shows it.
+QHash<QByteArray, QByteArray> installedEntry() {
+    QFile file(QStringLiteral(CORKWHEEL_DESKTOP_ENTRY));
+    return file.open(QIODevice::ReadOnly) ? mainGroupOf(file.readAll())
+                                          : QHash<QByteArray, QByteArray>();
 }
 
 } // namespace
@@ -54,6 +72,25 @@ private Q_SLOTS:
         QVERIFY(text.contains("\nType=Application\n"));
         QVERIFY(text.contains("\nName=Corkwheel\n"));
         QVERIFY(text.contains("\nExec=/usr/bin/corkwheel\n"));
+    }
+
+    void entryIsTheInstalledDesktopEntryStartingTheExecutable() {
+        const QHash<QByteArray, QByteArray> installed = installedEntry();
+        QVERIFY(!installed.isEmpty());
+        QVERIFY(StartAtLogin::setEnabled(true, QStringLiteral("/usr/bin/corkwheel")));
+        QFile file(StartAtLogin::entryPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QHash<QByteArray, QByteArray> written = mainGroupOf(file.readAll());
+        QCOMPARE(written.value("Name"), installed.value("Name"));
+        QCOMPARE(written.value("Icon"), installed.value("Icon"));
+        QCOMPARE(written.value("Comment"), installed.value("Comment"));
+        // The same program, found by its path rather than on the session's PATH.
+        QCOMPARE(written.value("Exec"), QByteArray("/usr/bin/corkwheel"));
+        QCOMPARE(QFileInfo(QString::fromUtf8(written.value("Exec"))).fileName().toUtf8(),
+                 installed.value("Exec"));
+        QCOMPARE(written.value("X-GNOME-Autostart-enabled"), QByteArray("true"));
+        // The launcher's actions stay with the launcher.
+        QVERIFY(!written.contains("Actions"));
     }
 
     void disablingRemovesTheEntry() {
