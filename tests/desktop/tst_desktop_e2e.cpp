@@ -312,8 +312,12 @@ private Q_SLOTS:
     void panelStaysShownOnAnotherWorkspace() {
         const WId window = startCorkwheel({m_alpha}, m_alpha);
         QVERIFY(window);
+        // An ordinary window stays on the first workspace, and is seen to go with it.
+        const QRect leftBehind(900, 500, 300, 200);
+        OrdinaryWindow left(QStringLiteral("E2E Left Behind"), leftBehind);
+        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(leftBehind.center()), kWait);
         QVERIFY(switchToWorkspace(1));
-        QTest::qWait(300);
+        QTRY_VERIFY_WITH_TIMEOUT(!windowIsSeenAt(leftBehind.center()), kWait);
         QVERIFY(isViewable(window));
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);
         QCOMPARE(screenGeometry(window), rectOf(m_alpha.frame));
@@ -365,21 +369,26 @@ private Q_SLOTS:
         const WId window = startCorkwheel({m_alpha}, m_alpha);
         QVERIFY(window);
         // As the window manager keeps the state once it has taken the window in.
-        QTest::qWait(300);
-        const QStringList state = atoms(window, QStringLiteral("_NET_WM_STATE"));
-        QVERIFY2(state.contains(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
-                 qPrintable(state.join(u' ')));
-        QVERIFY2(state.contains(QStringLiteral("_NET_WM_STATE_SKIP_PAGER")),
-                 qPrintable(state.join(u' ')));
+        const auto state = [window] { return atoms(window, QStringLiteral("_NET_WM_STATE")); };
+        QTRY_VERIFY2_WITH_TIMEOUT(state().contains(QStringLiteral("_NET_WM_STATE_SKIP_TASKBAR")),
+                                  qPrintable(state().join(u' ')), kWait);
+        QVERIFY2(state().contains(QStringLiteral("_NET_WM_STATE_SKIP_PAGER")),
+                 qPrintable(state().join(u' ')));
 
+        // Alt+Tab goes back and forth between the two ordinary windows, every press seen to
+        // switch, and never to the panel.
         OrdinaryWindow first(QStringLiteral("E2E First"), {700, 100, 300, 200});
         OrdinaryWindow second(QStringLiteral("E2E Second"), {1100, 100, 300, 200});
         QVERIFY(QTest::qWaitForWindowExposed(&first) && QTest::qWaitForWindowExposed(&second));
-        QTest::qWait(300);
+        const QList<WId> ordinary{first.winId(), second.winId()};
+        QTRY_VERIFY_WITH_TIMEOUT(ordinary.contains(activeWindow()), kWait);
         for (int press = 0; press < 3; ++press) {
+            const WId before = activeWindow();
             xdotool({QStringLiteral("key"), QStringLiteral("--clearmodifiers"),
                      QStringLiteral("alt+Tab")});
-            QTest::qWait(300);
+            QTRY_VERIFY2_WITH_TIMEOUT(activeWindow() != before,
+                                      qPrintable(QStringLiteral("press %1").arg(press)), kWait);
+            QVERIFY2(ordinary.contains(activeWindow()), qPrintable(hex(activeWindow())));
             QVERIFY(activeWindow() != window);
         }
     }
@@ -398,7 +407,7 @@ private Q_SLOTS:
         // Out of the way of the panel and of where it is dragged to.
         xdotool({QStringLiteral("windowmove"), QStringLiteral("--sync"), hex(editor),
                  QStringLiteral("900"), QStringLiteral("300")});
-        QTest::qWait(300);
+        QTRY_VERIFY_WITH_TIMEOUT(screenGeometry(editor).left() >= 880, kWait);
         const QRect start = rectOf(m_alpha.frame);
         openWindowOver(start);
 
@@ -414,7 +423,9 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(rectOf(m_corkwheel->savedPanels().value(0).frame), moved, kWait);
 
         clickEditorButton(editor, editModeButton);
-        QTest::qWait(500);
+        // Pinned again: the pointer over the panel is over the desktop.
+        QTRY_COMPARE_WITH_TIMEOUT(windowUnderPointer(sampleOf(moved)),
+                                  windowUnderPointer(kEmptyDesktop), kWait);
         QCOMPARE(screenGeometry(window), moved);
         QVERIFY(isViewable(window));
         verifyPointerPassesThrough(moved, window);
@@ -423,18 +434,27 @@ private Q_SLOTS:
 
     // The stores and windows managers below live in this process.
 
+    // Shown again, the panel is drawn where no window covers it and stays below the window
+    // that covers its other half, both seen at the same moment.
     void panelShownAgainStaysBelowOpenWindows() {
         startInProcess({m_alpha});
         const QRect panel = rectOf(m_alpha.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
-        openWindowOver(panel);
+        const QRect rightHalf(panel.center().x(), panel.top() - 40, panel.width(),
+                              panel.height() + 80);
+        m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"), rightHalf);
+        QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
+        const QPoint covered = sampleOf(panel);
+        const QPoint uncovered(panel.left() + panel.width() / 4, covered.y());
+        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(covered), kWait);
+        QVERIFY(panelIsSeenAt(uncovered));
 
         store().setPanelsHidden(true);
         QTRY_VERIFY_WITH_TIMEOUT(!isViewable(windowOf(m_alpha)), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(!panelIsSeenAt(uncovered), kWait);
         store().setPanelsHidden(false);
-        QTRY_VERIFY_WITH_TIMEOUT(isViewable(windowOf(m_alpha)), kWait);
-        QTest::qWait(500);
-        QVERIFY(windowIsSeenAt(sampleOf(panel)));
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(uncovered), kWait);
+        QVERIFY(windowIsSeenAt(covered));
 
         store().setEditMode(true);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
@@ -448,9 +468,12 @@ private Q_SLOTS:
         store().setEditMode(true);
         const WId window = windowOf(wide);
         QTRY_VERIFY_WITH_TIMEOUT(isViewable(window), kWait);
-        QTest::qWait(300);
         const int handle = PanelResizeHandle::kSize / 2;
-        drag({960 - handle, 500 - handle}, {20, 20});
+        const QPoint corner(960 - handle, 500 - handle);
+        // In edit mode, taking the mouse.
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(corner) != windowUnderPointer(kEmptyDesktop),
+                                 kWait);
+        drag(corner, {20, 20});
         const PanelFrame smallest{600, 300, 120, 50};
         QTRY_COMPARE_WITH_TIMEOUT(store().panels().first().frame, smallest, kWait);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), QRect(600, 300, 120, 50), kWait);
@@ -464,9 +487,10 @@ private Q_SLOTS:
         store().setEditMode(true);
         const WId window = windowOf(mover);
         QTRY_VERIFY_WITH_TIMEOUT(isViewable(window), kWait);
-        QTest::qWait(300);
         // Lets go 5 points right of the still panel's left edge.
         const QPoint titleBar(160, 613);
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(titleBar) != windowUnderPointer(kEmptyDesktop),
+                                 kWait);
         drag(titleBar, titleBar + QPoint(505, 0));
         const PanelFrame linedUp{600, 600, 300, 80};
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), QRect(600, 600, 300, 80), kWait);
@@ -562,9 +586,11 @@ private Q_SLOTS:
         store().setPanelsHidden(true);
         QTRY_VERIFY_WITH_TIMEOUT(!isViewable(alpha), kWait);
 
+        // Shown again, in one pass over all panels: once alpha is drawn, the others have been
+        // dealt with too.
         store().setPanelsHidden(false);
         QTRY_VERIFY_WITH_TIMEOUT(isViewable(alpha), kWait);
-        QTest::qWait(300);
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(rectOf(m_alpha.frame))), kWait);
         QVERIFY(!isViewable(beta));
         QVERIFY(!isViewable(off));
 
