@@ -6,10 +6,9 @@
 set -uo pipefail
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 check="$repo/scripts/check-layering.sh"
+source "$repo/tests/scripts/lib/verdicts.sh"
 copy=$(mktemp -d)
 trap 'rm -rf "$copy"' EXIT
-passed=0
-failed=0
 
 expect() {
     local what=$1 wanted=$2
@@ -19,11 +18,9 @@ expect() {
     status=$?
     if [[ $status -eq 0 && $wanted == pass ]] ||
         [[ $status -ne 0 && $wanted == fail:* && $output == *"${wanted#fail:}"* ]]; then
-        echo "PASS   : $what"
-        passed=$((passed + 1))
+        verdict "$what" true
     else
-        echo "FAIL!  : $what (exit $status, wanted $wanted): $output"
-        failed=$((failed + 1))
+        verdict "$what" false "exit $status, wanted $wanted: $output"
     fi
 }
 
@@ -45,5 +42,4 @@ plant model/Panel.cpp ''
 mkdir "$copy/src/newlib"
 expect "a library missing from the diagram fails" "fail:src/newlib" "$check" "$copy"
 
-echo "Totals: $passed passed, $failed failed"
-[[ $failed -eq 0 ]]
+totals

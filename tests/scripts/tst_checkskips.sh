@@ -6,10 +6,9 @@
 set -uo pipefail
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 check="$repo/scripts/check-skips.sh"
+source "$repo/tests/scripts/lib/verdicts.sh"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-passed=0
-failed=0
 
 cat >"$work/expected.txt" <<'LIST'
 # test | condition | why
@@ -39,11 +38,9 @@ expect() {
     local status=0
     CI=$ci "$check" "$work/ctest.log" "$condition" >/dev/null 2>&1 || status=$?
     if [[ ($wanted == pass && $status -eq 0) || ($wanted == fail && $status -ne 0) ]]; then
-        echo "PASS   : $what"
-        passed=$((passed + 1))
+        verdict "$what" true
     else
-        echo "FAIL!  : $what (exit $status, wanted $wanted)"
-        failed=$((failed + 1))
+        verdict "$what" false "exit $status, wanted $wanted"
     fi
 }
 
@@ -54,5 +51,4 @@ expect "a skip listed for another condition fails in CI" fail true bookworm tst_
 expect "one unexpected skip among expected ones fails in CI" fail true trixie tst_inroot tst_other
 expect "outside CI a skip is only named" pass "" bookworm tst_other
 
-echo "Totals: $passed passed, $failed failed"
-[[ $failed -eq 0 ]]
+totals
