@@ -9,15 +9,18 @@
 #include "support/StoreFixture.h"
 
 #include "app/TaskbarDockPolicy.h"
+#include "editor/AppOptionsPopover.h"
 #include "editor/InspectorView.h"
-#include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"
 #include "settings/AppSettings.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QLineEdit>
 #include <QTest>
 #include <QToolButton>
+
+#include <cstdlib>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -72,6 +75,56 @@ QRect trayIconGeometry() {
     return {};
 }
 
+// The windows that the process `pid` shows on the screen.
+QList<WId> shownWindowsOf(qint64 pid) {
+    QList<WId> windows;
+    const QString found = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                   QStringLiteral("--pid"), QString::number(pid)});
+    for (const QString& line : found.split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+        windows.append(line.trimmed().toULongLong());
+    return windows;
+}
+
+// A window that the process `pid` shows within `waitMs` besides those `before`, a tool tip
+// over the pointer aside; 0 if none.
+WId newWindowOf(qint64 pid, const QList<WId>& before, int waitMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (timer.elapsed() < waitMs) {
+        for (const WId window : shownWindowsOf(pid)) {
+            if (!before.contains(window) &&
+                !atoms(window, QStringLiteral("_NET_WM_WINDOW_TYPE"))
+                     .contains(QStringLiteral("_NET_WM_WINDOW_TYPE_TOOLTIP")))
+                return window;
+        }
+        QTest::qWait(50);
+    }
+    return 0;
+}
+
+// Counts how often the widget it watches is shown.
+class ShowCounter : public QObject {
+public:
+    explicit ShowCounter(QWidget& watched) { watched.installEventFilter(this); }
+    int shows = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Show)
+            ++shows;
+        return false;
+    }
+};
+
+// Whether a menu at `rect` opened at `point`: from the point's row, up or down, across its
+// column (a menu that would pass the screen's edge is moved back inside it).
+bool opensAt(const QRect& rect, QPoint point) {
+    constexpr int kSlack = 3;
+    const bool row = std::abs(rect.top() - point.y()) <= kSlack ||
+                     std::abs(rect.bottom() + 1 - point.y()) <= kSlack;
+    return row && point.x() >= rect.left() && point.x() <= rect.right() + 1;
+}
+
 } // namespace
 
 class EditorEndToEndTest : public QObject {
@@ -94,11 +147,17 @@ private:
         QVERIFY(shownWindowNamed(panels.first().name));
     }
 
-    // Opens the editor the way a user does while Corkwheel runs: by starting it again.
+    // Opens the editor the way a user does while Corkwheel runs: by starting it again; once
+    // it is the active window, it takes the user's clicks and keys.
     WId openEditor() {
         if (m_corkwheel->startAgain() != 0)
             return 0;
-        return shownEditor();
+        const WId editor = shownEditor();
+        QElapsedTimer timer;
+        timer.start();
+        while (editor && activeWindow() != editor && timer.elapsed() < kWait)
+            QTest::qWait(50);
+        return activeWindow() == editor ? editor : 0;
     }
 
 private Q_SLOTS:
@@ -114,7 +173,6 @@ private Q_SLOTS:
 
     void secondStartOpensTheEditor() {
         startCorkwheel({m_alpha});
-        QTest::qWait(300);
         QCOMPARE(shownEditor(), WId(0));
         QCOMPARE(m_corkwheel->startAgain(), 0);
         QVERIFY(shownEditor());
@@ -130,7 +188,6 @@ private Q_SLOTS:
         startCorkwheel(panels);
         const WId editor = openEditor();
         QVERIFY(editor);
-        QTest::qWait(300);
 
         click(screenGeometry(editor).topLeft() + nameField);
         pressKeys({QStringLiteral("ctrl+a")});
@@ -140,7 +197,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(m_corkwheel->savedPanels().value(0).name,
                                   QStringLiteral("Renamed"), kWait);
         // Written once the typing has paused for the save delay, not at every key.
-        QVERIFY2(sinceTyping.elapsed() >= PanelStore::kSaveDelayMs - 100,
+        QVERIFY2(sinceTyping.elapsed() >= 400 - 100,
                  qPrintable(QString::number(sinceTyping.elapsed())));
         QCOMPARE(m_corkwheel->savedPanels().value(1).name, m_beta.name);
     }
@@ -159,12 +216,15 @@ private Q_SLOTS:
 
         const WId editor = openEditor();
         QVERIFY(editor);
-        QTest::qWait(300);
         click(screenGeometry(editor).topLeft() + editModeButton);
-        QTest::qWait(500);
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(onPanel) != desktop.winId(), kWait);
         click(onPanel);
-        QTest::qWait(500);
-        QCOMPARE(desktop.presses.size(), 1);
+        // A click beside the panel still reaches the desktop, after the one on the panel:
+        // once it has arrived, the panel's click would have too.
+        const QPoint besidePanel(1450, 1000);
+        click(besidePanel);
+        QTRY_COMPARE_WITH_TIMEOUT(desktop.presses.size(), 2, kWait);
+        QCOMPARE(desktop.presses.last(), besidePanel);
     }
 
     void secondPressOnAppOptionsClosesThePopover() {
@@ -172,17 +232,22 @@ private Q_SLOTS:
         AppSettings settings;
         EditorWindow editor(*fixture.store, settings, clockOnlyServices());
         editor.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&editor));
-        QTest::qWait(300);
+        QVERIFY(QTest::qWaitForWindowActive(&editor));
+        const ShowCounter popover(editor.appOptions());
         QToolButton* button = editor.buttonFor(editor.appOptionsAction());
         const QPoint onButton = button->mapToGlobal(button->rect().center());
         click(onButton);
         QTRY_VERIFY_WITH_TIMEOUT(editor.showingAppOptions(), kWait);
-        QTest::qWait(300);
-        // The popover takes this press, closes, and must not hand it on to the button.
+        QVERIFY(QTest::qWaitForWindowExposed(&editor.appOptions()));
+        // The popover takes this press, closes, and must not hand it on to the button, which
+        // would open it again.
         click(onButton);
-        QTest::qWait(500);
-        QVERIFY(!editor.showingAppOptions());
+        QTRY_VERIFY_WITH_TIMEOUT(!editor.showingAppOptions(), kWait);
+        // The next press opens it: had the press before reached the button too, this one
+        // would close what it opened, and the popover would have been shown three times.
+        click(onButton);
+        QTRY_VERIFY_WITH_TIMEOUT(editor.showingAppOptions(), kWait);
+        QCOMPARE(popover.shows, 2);
     }
 
     void dockIconOffLeavesTheEditorOutOfTaskbarAndPager() {
@@ -214,15 +279,30 @@ private Q_SLOTS:
     void quittingFromTheTrayMenuEndsTheProcess() {
         SystemTray tray;
         QTRY_VERIFY_WITH_TIMEOUT(tray.isRunning(), kWait);
-        QTest::qWait(500);
         startCorkwheel({m_alpha});
         const QRect icon = trayIconGeometry();
         QVERIFY2(!icon.isEmpty(), "no icon docked in the system tray");
-        QTest::qWait(300);
-        xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"),
-                 QString::number(icon.center().x()), QString::number(icon.center().y()),
-                 QStringLiteral("click"), QStringLiteral("3")});
-        QTest::qWait(500);
+        // The icon may be docked a moment before it takes clicks; a user clicks again then.
+        const qint64 pid = m_corkwheel->process().processId();
+        const QList<WId> before = shownWindowsOf(pid);
+        WId menu = 0;
+        for (int attempt = 0; attempt < 5 && !menu; ++attempt) {
+            xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"),
+                     QString::number(icon.center().x()), QString::number(icon.center().y()),
+                     QStringLiteral("click"), QStringLiteral("3")});
+            menu = newWindowOf(pid, before, 1000);
+        }
+        QVERIFY2(menu, "no menu opened");
+        // The menu opens at the pointer, and takes the keys once it is there.
+        const QRect shown = screenGeometry(menu);
+        QVERIFY2(opensAt(shown, icon.center()),
+                 qPrintable(QStringLiteral("menu at %1,%2 %3x%4, pointer at %5,%6")
+                                .arg(shown.x())
+                                .arg(shown.y())
+                                .arg(shown.width())
+                                .arg(shown.height())
+                                .arg(icon.center().x())
+                                .arg(icon.center().y())));
         // "Quit Corkwheel" is the menu's last item.
         pressKeys({QStringLiteral("Up"), QStringLiteral("Return")});
         QTRY_COMPARE_WITH_TIMEOUT(m_corkwheel->process().state(), QProcess::NotRunning, kWait);
