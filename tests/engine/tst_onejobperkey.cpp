@@ -45,7 +45,9 @@ class OneJobPerKeyTest : public QObject {
 private:
     QThreadPool m_pool;
     std::unique_ptr<HeldWork> m_held;
-    QObject m_receiver;
+    // A test's jobs live in the test function, and their receiver goes with the test: work
+    // still held when the test ends returns only once nothing is there to take its result.
+    std::unique_ptr<QObject> m_receiver;
     QList<int> m_delivered;
 
     auto recordResult() {
@@ -56,10 +58,12 @@ private Q_SLOTS:
     void init() {
         m_pool.setMaxThreadCount(8);
         m_held = std::make_unique<HeldWork>();
+        m_receiver = std::make_unique<QObject>();
         m_delivered.clear();
     }
 
     void cleanup() {
+        m_receiver.reset();
         // Nothing may stay held past its test.
         m_held->release(8);
         QVERIFY(m_pool.waitForDone(5000));
@@ -67,7 +71,7 @@ private Q_SLOTS:
     }
 
     void askForAKeyUnderWayStartsNothingUntilItsJobReturns() {
-        OneJobPerKey jobs(&m_receiver);
+        OneJobPerKey jobs(m_receiver.get());
         QVERIFY(jobs.run(m_pool, kShare, m_held->job(1), recordResult()));
         QVERIFY(jobs.isUnderWay(kShare));
         QVERIFY(!jobs.run(m_pool, kShare, m_held->job(2), recordResult()));
@@ -89,7 +93,7 @@ private Q_SLOTS:
     }
 
     void otherKeysRunBesideAStuckOne() {
-        OneJobPerKey jobs(&m_receiver);
+        OneJobPerKey jobs(m_receiver.get());
         QVERIFY(jobs.run(m_pool, kShare, m_held->job(1), recordResult()));
         QVERIFY(jobs.run(
             m_pool, kOther, [] { return 2; }, recordResult()));
@@ -99,7 +103,7 @@ private Q_SLOTS:
     }
 
     void resultComesOnTheMainThread() {
-        OneJobPerKey jobs(&m_receiver);
+        OneJobPerKey jobs(m_receiver.get());
         QThread* deliveredOn = nullptr;
         jobs.run(
             m_pool, kShare, [] { return 1; }, [&](int) { deliveredOn = QThread::currentThread(); });
@@ -121,7 +125,7 @@ private Q_SLOTS:
     }
 
     void jobOfSeveralStepsHoldsItsKeyUntilFinished() {
-        OneJobPerKey jobs(&m_receiver);
+        OneJobPerKey jobs(m_receiver.get());
         QVERIFY(jobs.start(kShare));
         QVERIFY(!jobs.start(kShare));
         QVERIFY(!jobs.run(
