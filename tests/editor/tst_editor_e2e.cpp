@@ -20,6 +20,7 @@
 #include <QTest>
 #include <QToolButton>
 
+#include <algorithm>
 #include <cstdlib>
 
 using namespace corkwheel;
@@ -88,18 +89,21 @@ QList<WId> shownWindowsOf(qint64 pid) {
 // A window that the process `pid` shows within `waitMs` besides those `before`, a tool tip
 // over the pointer aside; 0 if none.
 WId newWindowOf(qint64 pid, const QList<WId>& before, int waitMs) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < waitMs) {
-        for (const WId window : shownWindowsOf(pid)) {
-            if (!before.contains(window) &&
-                !atoms(window, QStringLiteral("_NET_WM_WINDOW_TYPE"))
-                     .contains(QStringLiteral("_NET_WM_WINDOW_TYPE_TOOLTIP")))
-                return window;
-        }
-        QTest::qWait(50);
-    }
-    return 0;
+    WId found = 0;
+    const auto isNew = [&before](WId window) {
+        return !before.contains(window) &&
+               !atoms(window, QStringLiteral("_NET_WM_WINDOW_TYPE"))
+                    .contains(QStringLiteral("_NET_WM_WINDOW_TYPE_TOOLTIP"));
+    };
+    [[maybe_unused]] const bool shown = QTest::qWaitFor(
+        [&] {
+            const QList<WId> windows = shownWindowsOf(pid);
+            const auto match = std::find_if(windows.cbegin(), windows.cend(), isNew);
+            found = match == windows.cend() ? 0 : *match;
+            return found != 0;
+        },
+        waitMs);
+    return found;
 }
 
 // Counts how often the widget it watches is shown.
@@ -153,11 +157,9 @@ private:
         if (m_corkwheel->startAgain() != 0)
             return 0;
         const WId editor = shownEditor();
-        QElapsedTimer timer;
-        timer.start();
-        while (editor && activeWindow() != editor && timer.elapsed() < kWait)
-            QTest::qWait(50);
-        return activeWindow() == editor ? editor : 0;
+        const bool active =
+            editor && QTest::qWaitFor([editor] { return activeWindow() == editor; });
+        return active ? editor : 0;
     }
 
 private Q_SLOTS:
