@@ -20,7 +20,7 @@
 #include "desktop/DesktopWindowsManager.h"
 #include "editor/EditorView.h"
 #include "editor/EditorWindow.h"
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
 #include "platform/DesktopPlatform.h"

@@ -11,7 +11,7 @@
 //   scripts/in-virtual-desktop.sh openbox env QT_QPA_PLATFORM=xcb build/bench/bench_editmode
 
 #include "desktop/DesktopPanelController.h"
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/PanelRunner.h"
 #include "platform/DesktopPlatform.h"
 

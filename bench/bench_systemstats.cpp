@@ -5,7 +5,7 @@
 //
 //   build/bench/bench_systemstats [iterations]
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/NetworkSource.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSample.h"

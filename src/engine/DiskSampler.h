@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/DiskInfo.h"
 #include "engine/RecentReading.h"
 #include "engine/SystemSource.h"

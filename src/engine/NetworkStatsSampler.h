@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/InterfaceCounters.h"
 #include "engine/NetworkSample.h"
 #include "engine/NetworkSource.h"

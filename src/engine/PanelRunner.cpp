@@ -2,8 +2,8 @@
 
 #include "engine/PanelRunner.h"
 
-#include "engine/Clock.h"
-#include "engine/ClockTimer.h"
+#include "model/Clock.h"
+#include "model/ClockTimer.h"
 #include "engine/DateTokenFormatter.h"
 #include "engine/ImageLoader.h"
 #include "engine/NetworkStatsSampler.h"

@@ -2,7 +2,7 @@
 
 #include "engine/RunnerServices.h"
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSampler.h"
 #include "engine/WebEngineLoader.h"

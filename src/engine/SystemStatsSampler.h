@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/CpuTicks.h"
 #include "engine/DiskSampler.h"
 #include "engine/MemoryReading.h"

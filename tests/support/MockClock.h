@@ -2,8 +2,8 @@
 
 #pragma once
 
-#include "engine/Clock.h"
-#include "engine/ClockTimer.h"
+#include "model/Clock.h"
+#include "model/ClockTimer.h"
 
 #include <QList>
 #include <QTimeZone>

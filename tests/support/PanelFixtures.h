@@ -7,7 +7,7 @@
 
 #include "support/MockClock.h"
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 #include "engine/PanelRunner.h"
 #include "engine/RunnerServices.h"
 #include "model/Panel.h"

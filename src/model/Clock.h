@@ -11,7 +11,7 @@ namespace corkwheel {
 
 class ClockTimer;
 
-// Time as the engine sees it. Everything that reads the time takes a Clock, so tests can
+// Time as Corkwheel sees it. Everything that reads the time takes a Clock, so tests can
 // step time by hand instead of sleeping.
 class Clock {
 public:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "engine/Clock.h"
+#include "model/Clock.h"
 
-#include "engine/ClockTimer.h"
+#include "model/ClockTimer.h"
 
 #include <QTimer>
 
