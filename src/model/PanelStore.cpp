@@ -2,6 +2,8 @@
 
 #include "model/PanelStore.h"
 
+#include "model/Clock.h"
+#include "model/ClockTimer.h"
 #include "model/DocumentFile.h"
 #include "model/PanelDocument.h"
 
@@ -30,12 +32,19 @@ void makeOwnerOnlyFolder(const QString& folder) {
 PanelStore::PanelStore(QObject* parent) : PanelStore(defaultFileLocation(), parent) {}
 
 PanelStore::PanelStore(const QString& fileLocation, QObject* parent)
-    : QObject(parent), m_fileLocation(fileLocation) {
-    m_saveTimer.setSingleShot(true);
-    m_saveTimer.setTimerType(Qt::PreciseTimer);
-    m_saveTimer.setInterval(kSaveDelayMs);
-    connect(&m_saveTimer, &QTimer::timeout, this, &PanelStore::persist);
+    : PanelStore(fileLocation, Clock::system(), parent) {}
+
+PanelStore::PanelStore(const QString& fileLocation, const Clock& clock, QObject* parent)
+    : QObject(parent), m_fileLocation(fileLocation), m_clock(clock),
+      m_saveTimer(clock.makeTimer([this] { persist(); })) {
     load();
+}
+
+// A change made just before Corkwheel ends (a drag let go, then the session logs out) is
+// not lost to the save delay.
+PanelStore::~PanelStore() {
+    if (m_saveTimer->isActive())
+        persist();
 }
 
 QString PanelStore::defaultFileLocation() {
@@ -128,7 +137,7 @@ void PanelStore::updateFrame(const QUuid& id, const PanelFrame& frame) {
 }
 
 void PanelStore::scheduleSave() {
-    m_saveTimer.start();
+    m_saveTimer->startFor(m_clock.nowMSecsSinceEpoch() + kSaveDelayMs);
 }
 
 void PanelStore::persist() {

@@ -6,22 +6,32 @@
 
 #include <QList>
 #include <QObject>
-#include <QTimer>
 #include <QUuid>
+
+#include <memory>
 
 namespace corkwheel {
 
+class Clock;
+class ClockTimer;
+
 // The single owner of the user's panels and of the two run-time flags. It loads the
 // document when it is made (or seeds the starter panels), and writes the whole list back
-// 0.4 s after the last change. The flags are never saved.
+// 0.4 s after the last change, or when it ends with a write still to come. The flags are
+// never saved.
 class PanelStore : public QObject {
     Q_OBJECT
 
 public:
     // Uses the document in the user's data directory; stops the program when there is none.
     explicit PanelStore(QObject* parent = nullptr);
-    // Uses the document at `fileLocation`; its folder is created when missing.
+    // Uses the document at `fileLocation`; its folder is created when missing. The save
+    // waits on `clock`.
     explicit PanelStore(const QString& fileLocation, QObject* parent = nullptr);
+    PanelStore(const QString& fileLocation, const Clock& clock, QObject* parent = nullptr);
+    ~PanelStore() override;
+    PanelStore(const PanelStore&) = delete;
+    PanelStore& operator=(const PanelStore&) = delete;
 
     // $XDG_DATA_HOME/Corkwheel/panels.json.
     static QString defaultFileLocation();
@@ -65,7 +75,8 @@ private:
     bool m_isEditMode = false;
     bool m_panelsHidden = false;
     QString m_fileLocation;
-    QTimer m_saveTimer;
+    const Clock& m_clock;
+    std::unique_ptr<ClockTimer> m_saveTimer;
 };
 
 } // namespace corkwheel

@@ -3,8 +3,9 @@
 #include "StoreTesting.h"
 #include "model/PanelDocument.h"
 #include "model/PanelStore.h"
+#include "support/MockClock.h"
 
-#include <QElapsedTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSignalSpy>
@@ -20,13 +21,13 @@ using corkwheel::test::readFile;
 using corkwheel::test::withoutIds;
 using corkwheel::test::writeFile;
 
-namespace {} // namespace
-
 class PanelStoreTest : public QObject {
     Q_OBJECT
 
 private:
     std::unique_ptr<test::PrivateDataHome> m_dataHome;
+    // The save waits on this clock, which moves only when a test lets time pass.
+    test::MockClock m_clock;
 
     QString documentPath() const {
         return m_dataHome->path() + QStringLiteral("/Corkwheel/panels.json");
@@ -41,13 +42,21 @@ private:
         return PanelDocument::decode(readFile(documentPath()));
     }
 
-    // Waits long enough for a pending 0.4 s save to have happened.
-    static void waitPastSaveDelay() { QTest::qWait(PanelStore::kSaveDelayMs + 300); }
+    // The store on the document in the private data folder, saving on the test's clock.
+    std::unique_ptr<PanelStore> openStore() {
+        return std::make_unique<PanelStore>(documentPath(), m_clock);
+    }
 
-    // Written once 0.4 s have passed since `since`, and not long after it.
-    static void verifyWrittenAfterSaveDelay(const QElapsedTimer& since) {
-        const qint64 elapsed = since.elapsed();
-        QVERIFY2(elapsed >= 400 - 10 && elapsed < 600, qPrintable(QString::number(elapsed)));
+    // Lets more than the save delay pass.
+    void waitPastSaveDelay() { m_clock.runFor(10); }
+
+    // Lets 0.4 s pass: written when they are over, not a millisecond before.
+    void verifyWrittenAfterSaveDelay(const QSignalSpy& written) {
+        const qsizetype before = written.count();
+        m_clock.runFor(0.399);
+        QCOMPARE(written.count(), before);
+        m_clock.runFor(0.001);
+        QCOMPARE(written.count(), before + 1);
     }
 
 private Q_SLOTS:
@@ -99,15 +108,13 @@ private Q_SLOTS:
     }
 
     void firstLaunchSeedsStarterPanelsAndWritesThemLater() {
-        QElapsedTimer sinceStart;
-        sinceStart.start();
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
         QCOMPARE(withoutIds(store.panels()), withoutIds(PanelStore::starterPanels()));
         QVERIFY(!QFile::exists(documentPath()));
 
-        QVERIFY(written.wait(2000));
-        verifyWrittenAfterSaveDelay(sinceStart);
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(written.count(), 1);
         QCOMPARE(documentOnDisk(), store.panels());
     }
@@ -120,22 +127,21 @@ private Q_SLOTS:
         broken.replace(broken.lastIndexOf("\"showGlassBackground\":false,"), 28, "");
         writeFile(documentPath(), broken);
 
-        QElapsedTimer sinceStart;
-        sinceStart.start();
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
         QCOMPARE(withoutIds(store.panels()), withoutIds(PanelStore::starterPanels()));
         QCOMPARE(readFile(documentPath()), broken);
 
-        QVERIFY(written.wait(2000));
-        verifyWrittenAfterSaveDelay(sinceStart);
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk(), store.panels());
     }
 
     void readableDocumentLoadsWithoutWriting() {
         const QList<Panel> panels = {Panel::makeDefault(PanelType::Webpage)};
         writeDocument(panels);
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
         QCOMPARE(store.panels(), panels);
         waitPastSaveDelay();
@@ -144,7 +150,8 @@ private Q_SLOTS:
 
     void sevenAddsCascadeAndStartAgainAtTheSixth() {
         writeDocument({});
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QVERIFY(store.panels().isEmpty());
         for (int i = 0; i < 7; ++i)
             store.addPanel(PanelType::Clock);
@@ -158,7 +165,8 @@ private Q_SLOTS:
 
     void cascadeIsAddedToEachTypesOwnOrigin() {
         writeDocument({Panel::makeDefault(PanelType::Shell)});
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         store.addPanel(PanelType::Text);
         QCOMPARE(store.panels().last().frame, (PanelFrame{84, 384, 320, 60}));
         QCOMPARE(store.panels().last().type, PanelType::Text);
@@ -166,38 +174,76 @@ private Q_SLOTS:
 
     void addingSavesOnce() {
         writeDocument({});
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy changed(&store, &PanelStore::panelsChanged);
         QSignalSpy written(&store, &PanelStore::documentWritten);
         store.addPanel(PanelType::File);
         QCOMPARE(changed.count(), 1);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk(), store.panels());
     }
 
     void fiftyFrameUpdatesGiveOneWriteAfterTheLast() {
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
-        QVERIFY(written.wait(2000)); // the seeding write
+        waitPastSaveDelay(); // the seeding write
+        QCOMPARE(written.count(), 1);
         const QUuid id = store.panels().first().id;
 
         QSignalSpy changed(&store, &PanelStore::panelsChanged);
-        QElapsedTimer sinceLast;
         for (int step = 0; step < 50; ++step) {
+            m_clock.runFor(0.006); // 50 steps within 0.3 s
             store.updateFrame(id, {100.0 + step, 200, 300, 90});
-            sinceLast.start();
-            QTest::qWait(6); // 50 steps within 0.3 s
         }
         QCOMPARE(changed.count(), 50);
-        QVERIFY(written.wait(2000));
-        verifyWrittenAfterSaveDelay(sinceLast);
+        QCOMPARE(written.count(), 1);
+        verifyWrittenAfterSaveDelay(written);
         waitPastSaveDelay();
         QCOMPARE(written.count(), 2);
         QCOMPARE(documentOnDisk()->first().frame, (PanelFrame{149, 200, 300, 90}));
     }
 
-    void updateFrameChangesOnlyTheFrame() {
+    // The store Corkwheel runs waits on the machine's own clock.
+    void storeOfTheDefaultDocumentSavesOnTheMachinesClock() {
+        writeDocument({});
         PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.addPanel(PanelType::Clock);
+        QVERIFY(written.wait(2000));
+        QCOMPARE(documentOnDisk(), store.panels());
+    }
+
+    // A change just before Corkwheel ends (a drag let go, then the session logs out) is
+    // written as the store ends, not lost to the save delay.
+    void changeStillWaitingToBeSavedIsWrittenAsTheStoreEnds() {
+        writeDocument({});
+        {
+            const auto store = openStore();
+            store->addPanel(PanelType::Clock);
+            m_clock.runFor(0.2);
+            QCOMPARE(documentOnDisk(), QList<Panel>());
+        }
+        QCOMPARE(documentOnDisk()->size(), 1);
+        QCOMPARE(documentOnDisk()->first().type, PanelType::Clock);
+    }
+
+    void storeEndingWithNothingToSaveLeavesTheFileAlone() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Clock)};
+        const QByteArray handWritten = *PanelDocument::encode(panels) + "\n";
+        QDir().mkpath(QFileInfo(documentPath()).absolutePath());
+        writeFile(documentPath(), handWritten);
+        {
+            const auto store = openStore();
+            QCOMPARE(store->panels(), panels);
+        }
+        QCOMPARE(readFile(documentPath()), handWritten);
+    }
+
+    void updateFrameChangesOnlyTheFrame() {
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         const Panel before = store.panels()[1];
         store.updateFrame(before.id, {1, 2, 3, 4});
         Panel expected = before;
@@ -211,31 +257,34 @@ private Q_SLOTS:
         twin.id = shared.id;
         const Panel other = Panel::makeDefault(PanelType::Clock);
         writeDocument({shared, other, twin});
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy changed(&store, &PanelStore::panelsChanged);
         QSignalSpy written(&store, &PanelStore::documentWritten);
         store.removePanel(shared.id);
         QCOMPARE(store.panels(), QList<Panel>{other});
         QCOMPARE(changed.count(), 1);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk(), QList<Panel>{other});
     }
 
     void removeWithUnknownIdStillSaves() {
         const QList<Panel> panels = {Panel::makeDefault(PanelType::Shell)};
         writeDocument(panels);
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
         store.removePanel(QUuid::createUuid());
         QCOMPARE(store.panels(), panels);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk(), panels);
     }
 
     void updateWithUnknownIdChangesNothingAndWritesNothing() {
         const QList<Panel> panels = {Panel::makeDefault(PanelType::Shell)};
         writeDocument(panels);
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy changed(&store, &PanelStore::panelsChanged);
         QSignalSpy written(&store, &PanelStore::documentWritten);
         store.update(Panel::makeDefault(PanelType::Shell));
@@ -247,7 +296,8 @@ private Q_SLOTS:
     }
 
     void updateReplacesTheWholePanel() {
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         Panel changed = store.panels()[2];
         changed.name = QStringLiteral("Load");
         changed.shellCommand = QStringLiteral("cat /proc/loadavg");
@@ -255,7 +305,7 @@ private Q_SLOTS:
         QSignalSpy written(&store, &PanelStore::documentWritten);
         store.update(changed);
         QCOMPARE(store.panels()[2], changed);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk()->at(2), changed);
     }
 
@@ -263,7 +313,8 @@ private Q_SLOTS:
         const QList<Panel> panels = {Panel::makeDefault(PanelType::Clock)};
         writeDocument(panels);
         {
-            PanelStore store;
+            const auto owned = openStore();
+        PanelStore& store = *owned;
             QVERIFY(!store.isEditMode());
             QVERIFY(!store.panelsHidden());
             QSignalSpy edit(&store, &PanelStore::isEditModeChanged);
@@ -278,15 +329,16 @@ private Q_SLOTS:
             QCOMPARE(written.count(), 0);
         }
         QCOMPARE(readFile(documentPath()), *PanelDocument::encode(panels));
-        PanelStore relaunched;
-        QVERIFY(!relaunched.isEditMode());
-        QVERIFY(!relaunched.panelsHidden());
+        const auto relaunched = openStore();
+        QVERIFY(!relaunched->isEditMode());
+        QVERIFY(!relaunched->panelsHidden());
     }
 
     void nonFiniteNumberSkipsThatSaveOnly() {
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         const QByteArray before = readFile(documentPath());
 
         Panel broken = store.panels().first();
@@ -298,14 +350,15 @@ private Q_SLOTS:
 
         broken.refreshInterval = 3;
         store.update(broken);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         QCOMPARE(documentOnDisk()->first().refreshInterval, 3.0);
     }
 
     void documentAndFolderAreReadableByTheOwnerAlone() {
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
-        QVERIFY(written.wait(2000));
+        verifyWrittenAfterSaveDelay(written);
         const auto owner = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
         const auto fileBits =
             QFile::permissions(documentPath()) & ~(QFileDevice::ReadUser | QFileDevice::WriteUser);
@@ -325,7 +378,8 @@ private Q_SLOTS:
         const QString backup = folder + QStringLiteral("/panels.json.backup");
         writeFile(leftover, "[{\"id\":");
         writeFile(backup, *PanelDocument::encode({}));
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QCOMPARE(store.panels(), panels);
         QVERIFY(!QFile::exists(leftover));
         QCOMPARE(readFile(backup), *PanelDocument::encode({}));
@@ -334,7 +388,8 @@ private Q_SLOTS:
     void unwritableLocationKeepsPanelsInMemory() {
         // The data "folder" is a plain file, so neither the folder nor the document can be made.
         writeFile(m_dataHome->path() + QStringLiteral("/Corkwheel"), "not a folder");
-        PanelStore store;
+        const auto owned = openStore();
+        PanelStore& store = *owned;
         QSignalSpy written(&store, &PanelStore::documentWritten);
         QCOMPARE(store.panels().size(), 3);
         store.addPanel(PanelType::Text);
