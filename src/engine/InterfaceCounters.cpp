@@ -2,6 +2,8 @@
 
 #include "engine/InterfaceCounters.h"
 
+#include <algorithm>
+
 namespace corkwheel {
 
 namespace {
@@ -26,8 +28,14 @@ std::optional<InterfaceCounters> readInterfaceCounters(const KernelFiles& files,
 }
 
 std::optional<quint64> parseByteCounter(QByteArrayView text) {
+    // Digits only: the number conversion alone would also take a "+" and stop at a NUL,
+    // reading a broken file as a counter.
+    const QByteArrayView digits = text.trimmed();
+    const bool onlyDigits =
+        !digits.isEmpty() &&
+        std::all_of(digits.cbegin(), digits.cend(), [](char c) { return c >= '0' && c <= '9'; });
     bool ok = false;
-    const quint64 value = text.toByteArray().trimmed().toULongLong(&ok);
+    const quint64 value = onlyDigits ? digits.toULongLong(&ok) : 0;
     if (!ok)
         return std::nullopt;
     return value;

@@ -19,8 +19,10 @@ bool isOctalDigit(char c) {
     return c >= '0' && c <= '7';
 }
 
+// "\ooo" stands for a byte, so it goes no higher than "\377"; "\400" and above are kept as
+// they are written.
 bool startsOctalEscape(QByteArrayView field, qsizetype i) {
-    return field[i] == '\\' && i + 3 < field.size() && isOctalDigit(field[i + 1]) &&
+    return field[i] == '\\' && i + 3 < field.size() && field[i + 1] >= '0' && field[i + 1] <= '3' &&
            isOctalDigit(field[i + 2]) && isOctalDigit(field[i + 3]);
 }
 

@@ -66,6 +66,11 @@ private Q_SLOTS:
         QCOMPARE(decodeMountInfoEscapes("/mnt/end\\04"), QStringLiteral("/mnt/end\\04"));
     }
 
+    void octalBeyondAByteIsKept() {
+        // Three octal digits go up to \777, a byte only to \377.
+        QCOMPARE(decodeMountInfoEscapes("/mnt/a\\433b\\040c"), QStringLiteral("/mnt/a\\433b c"));
+    }
+
     void malformedLinesAreSkipped() {
         QCOMPARE(parseMountInfo("29 1 259:2 / / rw,relatime shared:1 ext4 /dev/sda1 rw\n"
                                 "\n"

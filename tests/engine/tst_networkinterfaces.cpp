@@ -90,6 +90,13 @@ private Q_SLOTS:
         QCOMPARE(parseByteCounter("n/a\n"), std::nullopt);
     }
 
+    void byteCounterIsDigitsAlone() {
+        QCOMPARE(parseByteCounter(" 1200\t\n"), Q_UINT64_C(1200));
+        QCOMPARE(parseByteCounter("+1200\n"), std::nullopt);
+        QCOMPARE(parseByteCounter(QByteArrayView("1200\0junk\n", 10)), std::nullopt);
+        QCOMPARE(parseByteCounter("18446744073709551616\n"), std::nullopt);
+    }
+
     void countersNeedBothDirections() {
         FakeNetworkSource source;
         source.setFile(netPath("eth0", "statistics/rx_bytes"), "9000000000\n");
