@@ -23,6 +23,9 @@ AppDelegate::AppDelegate(AppSettings& settings, QObject* parent)
             &AppDelegate::openSettingsWindow);
     connect(m_menuBarView.get(), &MenuBarView::quitRequested, qApp, &QCoreApplication::quit,
             Qt::QueuedConnection);
+    // However the application ends (the tray's Quit, --quit, a signal at logout), a panel
+    // moved or edited within the save delay before is written, not lost.
+    connect(qApp, &QCoreApplication::aboutToQuit, &m_store, &PanelStore::savePendingChanges);
 }
 
 AppDelegate::~AppDelegate() {

@@ -131,6 +131,13 @@ void PanelStore::scheduleSave() {
     m_saveTimer.start();
 }
 
+void PanelStore::savePendingChanges() {
+    if (!m_saveTimer.isActive())
+        return;
+    m_saveTimer.stop();
+    persist();
+}
+
 void PanelStore::persist() {
     const auto document = PanelDocument::encode(m_panels);
     if (!document)

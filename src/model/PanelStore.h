@@ -42,6 +42,9 @@ public:
 
     // Restarts the 0.4 s save timer, so a burst of changes gives one write.
     void scheduleSave();
+    // Writes at once what the save timer is still waiting to write, if anything: the timer
+    // ends with the process, and the changes it waits for with it.
+    void savePendingChanges();
 
     static constexpr int kSaveDelayMs = 400;
     // A longer file is unreadable, like any other that does not decode: a hundred thousand

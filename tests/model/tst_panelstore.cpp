@@ -196,6 +196,25 @@ private Q_SLOTS:
         QCOMPARE(documentOnDisk()->first().frame, (PanelFrame{149, 200, 300, 90}));
     }
 
+    // Asked with nothing waiting, it writes nothing; asked while a change waits for the save
+    // delay, it writes that change there and then, once.
+    void pendingChangeIsWrittenAtOnceWhenAskedAndOnlyThen() {
+        const QList<Panel> panels = {Panel::makeDefault(PanelType::Shell)};
+        writeDocument(panels);
+        PanelStore store;
+        QSignalSpy written(&store, &PanelStore::documentWritten);
+        store.savePendingChanges();
+        QCOMPARE(written.count(), 0);
+
+        store.updateFrame(panels.first().id, {1, 2, 3, 4});
+        QCOMPARE(documentOnDisk(), panels);
+        store.savePendingChanges();
+        QCOMPARE(written.count(), 1);
+        QCOMPARE(documentOnDisk(), store.panels());
+        store.savePendingChanges();
+        QCOMPARE(written.count(), 1);
+    }
+
     void updateFrameChangesOnlyTheFrame() {
         PanelStore store;
         const Panel before = store.panels()[1];
