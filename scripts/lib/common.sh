@@ -27,7 +27,7 @@ TEST_PACKAGES=(
     libfuse3-dev fuse3
     # The store's tests mount a full and a read-only folder in a mount namespace of their own
     # (unshare, findmnt, mount); the single-instance test connects as a user it makes
-    # (useradd, userdel).
+    # (useradd, userdel), and the termination signals test runs the binary as one (setpriv).
     util-linux mount passwd
 )
 

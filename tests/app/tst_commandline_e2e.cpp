@@ -2,19 +2,27 @@
 
 // The command line's actions on the real corkwheel binary running on an X display with a window
 // manager (scripts/test.sh starts Xvfb, openbox and picom), reached through the local socket
-// and through the session bus, and checked the way the window system sees them.
+// and through the session bus, and checked the way the window system sees them; and the
+// signals that end it.
 
 #include "support/CommandLineRun.h"
 #include "support/EditorOnDisplay.h"
+#include "support/OtherUser.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateSessionBus.h"
+#include "support/ScreenPanels.h"
+
+#include "desktop/DesktopPanelHostView.h"
 
 #include <QApplication>
 #include <QTest>
 
+#include <cerrno>
 #include <memory>
 
 #include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -86,6 +94,67 @@ private:
         QTest::addColumn<bool>("overBus");
         QTest::newRow("socket") << false;
         QTest::newRow("session bus") << true;
+    }
+
+    // Corkwheel with `panels` and no session bus, as an ordinary user: as root, which has
+    // the permissions an ordinary user lacks, the binary and whoever signals it would go
+    // untested as users run them, so a test run as root (as CI runs) starts it as `user`.
+    void startAsOrdinaryUser(const QList<Panel>& panels, const OtherUser* user) {
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+        m_corkwheel = std::make_unique<CorkwheelProcess>(panels, QStringLiteral("xcb"), user);
+        QVERIFY(m_corkwheel->process().waitForStarted());
+        m_panelWindow = shownWindowNamed(panels.first().name);
+        QVERIFY2(m_panelWindow, "no panel shown: as another user the binary needs a display "
+                                "that lets other local users connect, as Xvfb without -auth does");
+        const uid_t expected = user ? user->uid() : ::getuid();
+        QCOMPARE(userOf(m_corkwheel->process().processId()), expected);
+        QVERIFY(expected != 0);
+    }
+
+    // The real user id of the process `pid`, as /proc tells it; -1 when it is gone.
+    static uid_t userOf(qint64 pid) {
+        QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+        if (!status.open(QIODevice::ReadOnly))
+            return static_cast<uid_t>(-1);
+        const QList<QByteArray> lines = status.readAll().split('\n');
+        for (const QByteArray& line : lines) {
+            if (line.startsWith("Uid:"))
+                return line.mid(4).simplified().split(' ').value(0).toUInt();
+        }
+        return static_cast<uid_t>(-1);
+    }
+
+    // Sends `signal` to the binary from a process of `user` (of the test's own user when
+    // none): 0 when it was sent, else kill()'s error.
+    int signalCorkwheel(int signal, const OtherUser* user) {
+        const auto pid = static_cast<pid_t>(m_corkwheel->process().processId());
+        if (!user)
+            return ::kill(pid, signal) == 0 ? 0 : errno;
+        const pid_t child = ::fork();
+        if (child == 0) {
+            if (!user->become())
+                ::_exit(255);
+            ::_exit(::kill(pid, signal) == 0 ? 0 : errno);
+        }
+        int status = 0;
+        if (child < 0 || ::waitpid(child, &status, 0) != child || !WIFEXITED(status))
+            return -1;
+        return WEXITSTATUS(status);
+    }
+
+    // Ends the binary with `signal` as `user` and checks that it ended cleanly, with status 0
+    // and nothing from a sanitizer, and took its windows with it.
+    void endWithSignal(int signal, const OtherUser* user, const QString& shownPanel) {
+        QCOMPARE(signalCorkwheel(signal, user), 0);
+        QVERIFY(m_corkwheel->process().waitForFinished(kWait));
+        QCOMPARE(m_corkwheel->endingProblem(), QString());
+        QCOMPARE(m_corkwheel->process().exitCode(), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(windowsNamed(shownPanel).isEmpty(), kWait);
+    }
+
+    QByteArray documentBytes() const {
+        QFile document(m_corkwheel->documentPath());
+        return document.open(QIODevice::ReadOnly) ? document.readAll() : QByteArray();
     }
 
 private Q_SLOTS:
@@ -163,6 +232,64 @@ private Q_SLOTS:
         QVERIFY(m_corkwheel->process().waitForFinished(kWait));
         const QString problem = m_corkwheel->endingProblem();
         QVERIFY2(problem.startsWith(QStringLiteral("corkwheel ")), qPrintable(problem));
+    }
+
+    void endingSignalFromTheUserEndsCorkwheelCleanlyAndKeepsTheDocument_data() {
+        QTest::addColumn<int>("signal");
+        QTest::newRow("SIGTERM, as at logout") << SIGTERM;
+        QTest::newRow("SIGINT, as Ctrl+C") << SIGINT;
+        QTest::newRow("SIGHUP, as a closed terminal") << SIGHUP;
+    }
+
+    // Ended with nothing changed, the document is the same file byte for byte; ended right
+    // after a panel was moved, before the document would have been written in the normal
+    // course, the move is in it. Either way every panel decodes from it.
+    void endingSignalFromTheUserEndsCorkwheelCleanlyAndKeepsTheDocument() {
+        QFETCH(int, signal);
+        std::unique_ptr<OtherUser> user;
+        if (::geteuid() == 0) {
+            const QString missing = missingTool({QStringLiteral("setpriv")});
+            QVERIFY2(missing.isEmpty(), qPrintable(missing));
+            user = std::make_unique<OtherUser>();
+            QVERIFY2(user->exists(), "useradd could not make a user");
+        }
+        const QList<Panel> panels = {
+            m_panel, textPanel(QStringLiteral("E2E Second"), {1300, 850, 300, 80}),
+            textPanel(QStringLiteral("E2E Disabled"), {100, 850, 300, 80}, false)};
+
+        startAsOrdinaryUser(panels, user.get());
+        if (QTest::currentTestFailed())
+            return;
+        const QByteArray written = documentBytes();
+        QCOMPARE(m_corkwheel->savedPanels(), panels);
+        endWithSignal(signal, user.get(), m_panel.name);
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(documentBytes(), written);
+        QCOMPARE(m_corkwheel->savedPanels(), panels);
+
+        startAsOrdinaryUser(panels, user.get());
+        if (QTest::currentTestFailed())
+            return;
+        QCOMPARE(m_corkwheel->startAgain({QStringLiteral("--edit-mode")}), 0);
+        const QRect start = rectOf(m_panel.frame);
+        const QPoint titleBar =
+            start.topLeft() + QPoint(60, DesktopPanelHostView::kTitleBarHeight / 2);
+        // In edit mode, taking the mouse.
+        const QPoint bareDesktop(1800, 1000);
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(titleBar) != windowUnderPointer(bareDesktop),
+                                 kWait);
+        const QRect moved = start.translated(-600, -400);
+        drag(titleBar, titleBar + moved.topLeft() - start.topLeft());
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(m_panelWindow), moved, kWait);
+        endWithSignal(signal, user.get(), m_panel.name);
+        if (QTest::currentTestFailed())
+            return;
+        const QList<Panel> saved = m_corkwheel->savedPanels();
+        QCOMPARE(saved.size(), panels.size());
+        QCOMPARE(saved.at(0).id, m_panel.id);
+        QCOMPARE(rectOf(saved.at(0).frame), moved);
+        QCOMPARE(saved.mid(1), panels.mid(1));
     }
 
     void busInterfaceAnswersAsTheReadmeShows() {

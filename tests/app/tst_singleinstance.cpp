@@ -2,11 +2,12 @@
 
 #include "app/SingleInstance.h"
 
+#include "support/OtherUser.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -15,7 +16,6 @@
 #include <cerrno>
 
 #include <grp.h>
-#include <pwd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -23,6 +23,7 @@
 #include <unistd.h>
 
 using namespace corkwheel;
+using corkwheel::test::OtherUser;
 
 namespace {
 
@@ -64,40 +65,6 @@ bool makeStaleSocket(const QString& path) {
     ::close(fd);
     return bound && QFile::exists(path);
 }
-
-// A user of the test's own, made with useradd and removed with userdel, which only root can.
-class OtherUser {
-public:
-    OtherUser() : m_name(QStringLiteral("cw-other-%1").arg(QCoreApplication::applicationPid())) {
-        if (::geteuid() != 0)
-            return;
-        m_added = QProcess::execute(QStringLiteral("useradd"),
-                                    {QStringLiteral("--system"), QStringLiteral("--no-create-home"),
-                                     QStringLiteral("--user-group"), QStringLiteral("--shell"),
-                                     QStringLiteral("/usr/sbin/nologin"), m_name}) == 0;
-        const passwd* entry = m_added ? ::getpwnam(m_name.toUtf8().constData()) : nullptr;
-        if (entry) {
-            m_uid = entry->pw_uid;
-            m_gid = entry->pw_gid;
-        }
-    }
-    ~OtherUser() {
-        if (m_added)
-            QProcess::execute(QStringLiteral("userdel"), {m_name});
-    }
-    OtherUser(const OtherUser&) = delete;
-    OtherUser& operator=(const OtherUser&) = delete;
-
-    bool exists() const { return m_uid != 0; }
-    uid_t uid() const { return m_uid; }
-    gid_t gid() const { return m_gid; }
-
-private:
-    QString m_name;
-    bool m_added = false;
-    uid_t m_uid = 0;
-    gid_t m_gid = 0;
-};
 
 // Connects to the socket at `path` from a child process running as `uid` and `gid`: 0 when
 // the connection is made, else connect()'s error.

@@ -10,7 +10,10 @@
 #include "support/XDisplayTools.h"
 #include "support/XWindowImage.h"
 
+#include "desktop/DesktopPanelHostView.h"
+
 #include <QColor>
+#include <QFile>
 #include <QTest>
 
 using namespace corkwheel;
@@ -47,6 +50,20 @@ void deleteMonitor(const QString& name) {
     run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
 }
 
+// Where the document of `corkwheel` has `panel`; a frame of nothing when it has none.
+PanelFrame savedFrame(const CorkwheelProcess& corkwheel, const Panel& panel) {
+    for (const Panel& saved : corkwheel.savedPanels()) {
+        if (saved.id == panel.id)
+            return saved.frame;
+    }
+    return {};
+}
+
+QByteArray documentBytes(const CorkwheelProcess& corkwheel) {
+    QFile document(corkwheel.documentPath());
+    return document.open(QIODevice::ReadOnly) ? document.readAll() : QByteArray();
+}
+
 } // namespace
 
 class DesktopChangesEndToEndTest : public QObject {
@@ -63,6 +80,9 @@ private Q_SLOTS:
         QVERIFY2(m_server.start(), "Xvfb did not start");
         // The binary, the compositor and the X tools all go to this display.
         qputenv("DISPLAY", m_server.display());
+        // The command line reaches the binary over its own socket then, never a Corkwheel of
+        // another test that has the name on a shared session bus.
+        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     }
 
     void cleanup() {
@@ -104,6 +124,50 @@ private Q_SLOTS:
         deleteMonitor(QStringLiteral("right"));
         deleteMonitor(QStringLiteral("left"));
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window).topLeft(), QPoint(40, 40), kWait);
+    }
+
+    // Two screens side by side; the right one becomes the main one, then moves. A saved
+    // position is measured from the main screen's corner, so the panels go along with that
+    // corner and the document stays as it was; a drag is what changes a saved position.
+    void mainScreenChangingOrMovingLeavesSavedPositionsAsTheyWere() {
+        setMonitor(QStringLiteral("*left"), QStringLiteral("400/106x600/159+0+0"));
+        setMonitor(QStringLiteral("right"), QStringLiteral("400/106x600/159+400+0"));
+        const Panel still = textPanel(QStringLiteral("Still E2E"), {40, 40, 200, 60});
+        const Panel dragged = textPanel(QStringLiteral("Dragged E2E"), {40, 300, 200, 60});
+        const CorkwheelProcess corkwheel({still, dragged});
+        const WId stillWindow = shownWindowNamed(still.name);
+        const WId draggedWindow = shownWindowNamed(dragged.name);
+        QVERIFY(stillWindow);
+        QVERIFY(draggedWindow);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(40, 40), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(40, 300), kWait);
+        const QByteArray written = documentBytes(corkwheel);
+
+        deleteMonitor(QStringLiteral("right"));
+        setMonitor(QStringLiteral("*right"), QStringLiteral("400/106x600/159+400+0"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(440, 40), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(440, 300), kWait);
+        // Narrower, its corner further right: Xvfb moves a monitor only by taking it away
+        // and adding it again.
+        deleteMonitor(QStringLiteral("right"));
+        setMonitor(QStringLiteral("*right"), QStringLiteral("300/80x600/159+500+0"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(540, 40), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(540, 300), kWait);
+        QCOMPARE(documentBytes(corkwheel), written);
+
+        // Every save writes all panels as Corkwheel holds them, so the one that the drag
+        // writes also tells where the still panel is held to be after the screens changed.
+        QCOMPARE(corkwheel.startAgain({QStringLiteral("--edit-mode")}), 0);
+        const QPoint titleBar(540 + 60, 300 + DesktopPanelHostView::kTitleBarHeight / 2);
+        const QPoint bareDesktop(780, 580);
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(titleBar) != windowUnderPointer(bareDesktop),
+                                 kWait);
+        drag(titleBar, titleBar + QPoint(40, 100));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow), QRect(580, 400, 200, 60), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(savedFrame(corkwheel, dragged), PanelFrame({80, 400, 200, 60}),
+                                  kWait);
+        QCOMPARE(savedFrame(corkwheel, still), still.frame);
+        QCOMPARE(screenGeometry(stillWindow).topLeft(), QPoint(540, 40));
     }
 };
 

@@ -5,6 +5,8 @@
 // Shared by the end-to-end tests: tools run from a test, and the corkwheel binary started
 // with a document and XDG folders of its own.
 
+#include "support/OtherUser.h"
+
 #include "model/Panel.h"
 #include "model/PanelDocument.h"
 
@@ -54,9 +56,13 @@ inline QString run(const QString& program, const QStringList& arguments) {
 class CorkwheelProcess {
 public:
     // `qpaPlatform` is the Qt platform plugin it is told to use; none lets it choose itself.
+    // `user`, when given, is who the binary runs as instead of the test's own user (which
+    // must be root then): the folders and the document become that user's, as a session's
+    // are, and the binary is started through setpriv.
     explicit CorkwheelProcess(const QList<Panel>& panels,
-                              const QString& qpaPlatform = QStringLiteral("xcb"))
-        : m_qpaPlatform(qpaPlatform),
+                              const QString& qpaPlatform = QStringLiteral("xcb"),
+                              const OtherUser* user = nullptr)
+        : m_qpaPlatform(qpaPlatform), m_user(user),
           m_loadsWebEngine(std::any_of(panels.begin(), panels.end(), [](const Panel& panel) {
               return panel.type == PanelType::Webpage;
           })) {
@@ -70,9 +76,12 @@ public:
         if (document.open(QIODevice::WriteOnly))
             document.write(PanelDocument::encode(panels).value_or(QByteArray()));
         document.close();
-        m_process.setProcessEnvironment(environment());
-        m_process.setProgram(QStringLiteral(CORKWHEEL_BINARY));
-        m_process.start();
+        if (m_user)
+            QProcess::execute(QStringLiteral("chown"),
+                              {QStringLiteral("-R"),
+                               QStringLiteral("%1:%2").arg(m_user->uid()).arg(m_user->gid()),
+                               m_home.path()});
+        startIn(m_process, {});
     }
 
     // Ends the binary as a session's end does (SIGTERM) and fails the test that started it
@@ -130,18 +139,32 @@ public:
         return PanelDocument::decode(file.readAll()).value_or(QList<Panel>());
     }
 
-    // Starts corkwheel once more in the same session, as a user would, and returns its exit
-    // code once it has ended.
-    int startAgain() const {
+    // Starts corkwheel once more in the same session, as a user would, with `arguments`
+    // ("--edit-mode", say), and returns its exit code once it has ended.
+    int startAgain(const QStringList& arguments = {}) const {
         QProcess again;
-        again.setProcessEnvironment(environment());
-        again.start(QStringLiteral(CORKWHEEL_BINARY), {});
+        startIn(again, arguments);
         if (!again.waitForFinished(kWait * 2))
             return -1;
         return again.exitCode();
     }
 
 private:
+    void startIn(QProcess& process, const QStringList& arguments) const {
+        process.setProcessEnvironment(environment());
+        if (!m_user) {
+            process.start(QStringLiteral(CORKWHEEL_BINARY), arguments);
+            return;
+        }
+        // setpriv execs the binary, which keeps its process id for the test to signal.
+        process.start(QStringLiteral("setpriv"),
+                      QStringList{QStringLiteral("--reuid=%1").arg(m_user->uid()),
+                                  QStringLiteral("--regid=%1").arg(m_user->gid()),
+                                  QStringLiteral("--clear-groups"), QStringLiteral("--"),
+                                  QStringLiteral(CORKWHEEL_BINARY)} +
+                          arguments);
+    }
+
     QProcessEnvironment environment() const {
         const QDir home(m_home.path());
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -158,6 +181,12 @@ private:
         env.insert(QStringLiteral("XDG_CONFIG_HOME"), home.filePath(QStringLiteral("config")));
         env.insert(QStringLiteral("XDG_CACHE_HOME"), home.filePath(QStringLiteral("cache")));
         env.insert(QStringLiteral("XDG_RUNTIME_DIR"), home.filePath(QStringLiteral("runtime")));
+        if (m_user) {
+            // The user made for the test has no home, and the test's session bus refuses
+            // every user but the test's own.
+            env.insert(QStringLiteral("HOME"), home.path());
+            env.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+        }
         if (m_loadsWebEngine)
             addWebEngineEnvironment(env);
         return env;
@@ -173,6 +202,7 @@ private:
     }
 
     QString m_qpaPlatform;
+    const OtherUser* m_user;
     bool m_loadsWebEngine;
     QTemporaryDir m_home;
     QProcess m_process;
