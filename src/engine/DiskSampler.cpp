@@ -11,10 +11,7 @@ DiskSampler::DiskSampler(const SystemSource& source, const Clock& clock,
                          std::chrono::milliseconds timeLimit, QObject* parent)
     : QObject(parent), m_source(source), m_clock(clock),
       m_capacities([&source](const QString& mountPoint) { return source.capacity(mountPoint); }),
-      m_timeLimit(this) {
-    m_timeLimit.setSingleShot(true);
-    m_timeLimit.setInterval(timeLimit);
-    connect(&m_timeLimit, &QTimer::timeout, this, &DiskSampler::finishReading);
+      m_timeLimit(timeLimit), m_timeLimitTimer(clock.makeTimer([this] { finishReading(); })) {
     connect(&m_capacities, &VolumeCapacityQueries::answered, this, &DiskSampler::takeAnswer);
 }
 
@@ -45,7 +42,7 @@ void DiskSampler::startReading() {
     if (m_unanswered.isEmpty())
         finishReading();
     else
-        m_timeLimit.start();
+        m_timeLimitTimer->startFor(m_clock.nowMSecsSinceEpoch() + m_timeLimit.count());
 }
 
 void DiskSampler::takeAnswer(const QString& mountPoint,
@@ -62,7 +59,7 @@ void DiskSampler::takeAnswer(const QString& mountPoint,
 }
 
 void DiskSampler::finishReading() {
-    m_timeLimit.stop();
+    m_timeLimitTimer->stop();
     m_unanswered.clear();
     m_readingUnderWay = false;
     const QList<DiskInfo> disks = diskList(m_reading);

@@ -2,21 +2,22 @@
 
 #pragma once
 
-#include "model/Clock.h"
 #include "engine/DiskInfo.h"
 #include "engine/RecentReading.h"
 #include "engine/SystemSource.h"
 #include "engine/VolumeCapacityQueries.h"
 #include "engine/VolumeReading.h"
+#include "model/Clock.h"
+#include "model/ClockTimer.h"
 
 #include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QSet>
-#include <QTimer>
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace corkwheel {
@@ -57,7 +58,8 @@ private:
     const SystemSource& m_source;
     const Clock& m_clock;
     VolumeCapacityQueries m_capacities;
-    QTimer m_timeLimit;
+    std::chrono::milliseconds m_timeLimit;
+    std::unique_ptr<ClockTimer> m_timeLimitTimer;
     std::optional<QList<VolumeReading>> m_volumes;
     // The reading under way: its volumes, and those whose answer it still waits for.
     QList<VolumeReading> m_reading;
