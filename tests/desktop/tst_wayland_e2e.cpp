@@ -45,11 +45,13 @@ void swaymsg(const QStringList& arguments) {
     run(QStringLiteral("swaymsg"), arguments);
 }
 
-// An application's window, filled with one colour, which sway tiles over the whole output;
-// it keeps the presses it receives.
+// An application's window, filled with one colour, which sway tiles over the whole output,
+// or floats in its middle when the window's size is fixed; it keeps the presses it receives.
 class OrdinaryWindow : public QWidget {
 public:
-    OrdinaryWindow() {
+    explicit OrdinaryWindow(QSize fixedSize = {}) {
+        if (fixedSize.isValid())
+            setFixedSize(fixedSize);
         setWindowTitle(QStringLiteral("E2E Ordinary"));
         setAutoFillBackground(true);
         QPalette filled = palette();
@@ -66,6 +68,9 @@ protected:
 
 // The output's size (scripts/in-wayland-desktop.sh).
 constexpr QSize kOutputSize(1280, 800);
+
+// Small enough to float in the output's middle clear of the first test panel.
+constexpr QSize kFloatingSize(160, 80);
 
 // Halfway down a panel's title bar, in edit mode.
 constexpr int kBarMiddle = DesktopPanelHostView::kTitleBarHeight / 2;
@@ -123,17 +128,23 @@ private:
 
     QProcess m_device;
 };
-// Counts the presses of the mouse that reach any window of this process.
+// Counts the presses of the mouse that reach any window of this process but `besides`.
 class PressCounter : public QObject {
 public:
+    explicit PressCounter(const QWindow* besides) : m_besides(besides) {}
+
     int count = 0;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::MouseButtonPress && watched->isWindowType())
+        if (event->type() == QEvent::MouseButtonPress && watched->isWindowType() &&
+            watched != m_besides)
             ++count;
         return false;
     }
+
+private:
+    const QWindow* m_besides;
 };
 
 } // namespace
@@ -224,8 +235,9 @@ private Q_SLOTS:
         const QRect frame = rectOf(panel.frame);
         CorkwheelProcess corkwheel({panel}, QString());
         QVERIFY(corkwheel.process().waitForStarted());
+        // The page is drawn only once the view has joined, so what is seen then is the
+        // window it was made anew as.
         QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(frame.center()), Qt::white), kWait * 3);
-        QTest::qWait(500);
         const QImage screen = screenshot();
         QVERIFY(isColor(screen.pixelColor(frame.center()), Qt::white));
         QVERIFY(isColor(screen.pixelColor(frame.topLeft() - QPoint(10, 10)), kDesktopColor));
@@ -305,14 +317,20 @@ private Q_SLOTS:
         startInProcess({m_alpha});
         const QRect frame = rectOf(m_alpha.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
-        PressCounter presses;
+        const OrdinaryWindow later(kFloatingSize);
+        const QPoint laterAt = QRect(QPoint(), kOutputSize).center();
+        QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(laterAt), kWait);
+        PressCounter presses(later.windowHandle());
         qApp->installEventFilter(&presses);
         m_pointer.click(frame.center());
-        QTest::qWait(300);
+        // A click made after it has reached its window, and this process gets its input in
+        // the order it was made.
+        m_pointer.click(laterAt);
+        QTRY_COMPARE_WITH_TIMEOUT(later.presses, 1, kWait);
         QCOMPARE(presses.count, 0);
-        // In edit mode the same click reaches it.
+        // In edit mode the same click reaches it, once its title bar shows it is lifted.
         store().setEditMode(true);
-        QTest::qWait(300);
+        QTRY_VERIFY_WITH_TIMEOUT(!panelIsSeenAt(frame.topLeft() + QPoint(60, kBarMiddle)), kWait);
         m_pointer.click(frame.center());
         QTRY_VERIFY_WITH_TIMEOUT(presses.count > 0, kWait);
         qApp->removeEventFilter(&presses);
