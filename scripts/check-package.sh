@@ -6,10 +6,13 @@
 # the files `cmake --install` puts in place pass the freedesktop validators, and the Debian
 # package CPack builds installs, starts the three starter panels on a virtual desktop,
 # hands a second start to the running Corkwheel, loads the web engine plugin for a webpage
-# panel, and is removed again. Prints "N passed, N failed" last; fails if anything failed.
+# panel, and is removed again. Where the build has native Wayland panels (Debian 13), the
+# package also depends on LayerShellQt, and the installed Corkwheel draws the starter panels
+# on a headless sway as well. Prints "N passed, N failed" last; fails if anything failed.
 set -uo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/wayland-desktop.sh"
 root=$(repo_root)
 build_dir=$(build_folder)
 app_id=io.github.corkwheel.Corkwheel
@@ -46,6 +49,7 @@ package_installed=false
 cleanup() {
     stop_corkwheel
     stop_virtual_desktop
+    stop_wayland_desktop
     if $package_installed; then
         as_root env DEBIAN_FRONTEND=noninteractive apt-get purge -y -q corkwheel >/dev/null 2>&1
     fi
@@ -64,6 +68,18 @@ if [[ ! -f "$build_dir/CMakeCache.txt" ]]; then
 fi
 # Nothing to do after scripts/test.sh; it only matters when sources changed since.
 check "the build is up to date" cmake --build "$build_dir"
+
+# Whether the build has native Wayland panels: CMake found LayerShellQt for it.
+build_has_layer_shell() {
+    local dir
+    dir=$(sed -n 's/^LayerShellQt_DIR:PATH=//p' "$build_dir/CMakeCache.txt")
+    [[ -n $dir && $dir != *-NOTFOUND ]]
+}
+# Debian 13 has LayerShellQt and scripts/test.sh requires it there: a build without it is not
+# the package Debian 13 users get, and would leave the Wayland checks out unseen.
+if [[ $DEBIAN_CODENAME == trixie ]]; then
+    check "the build has native Wayland panels (LayerShellQt)" build_has_layer_shell
+fi
 
 stage="$work/stage"
 check "cmake --install into a staging folder" \
@@ -201,6 +217,12 @@ check "the .deb depends on the web engine (plugin's libraries)" depends_on libqt
 for dependency in zsh libqt6svg6 qt6-image-formats-plugins; do
     check "the .deb depends on $dependency" depends_on "$dependency"
 done
+# Native Wayland panels link LayerShellQt's library and load Qt's Wayland platform.
+if build_has_layer_shell; then
+    check "dpkg-shlibdeps found the layer-shell library (liblayershellqtinterface6)" \
+        depends_on liblayershellqtinterface6
+    check "the .deb depends on qt6-wayland" depends_on qt6-wayland
+fi
 
 package_installed=true
 check "apt-get installs the .deb" as_root env DEBIAN_FRONTEND=noninteractive \
@@ -326,6 +348,121 @@ stop_virtual_desktop
 # Stopped already; the clean-up on exit must not signal those process ids again.
 # shellcheck disable=SC2034
 VIRTUAL_DESKTOP_PIDS=()
+
+# ---- The installed Corkwheel on a Wayland desktop ----------------------------------
+
+# Where PanelStore puts the starter panels, as x y width height in the output's pixels.
+declare -A starter_frames=(
+    ["Clock"]="40 40 360 80"
+    ["System Stats"]="40 140 280 210"
+    ["Uptime"]="40 370 420 60"
+)
+# Right of every starter panel and of its shadow, to the output's right edge.
+beside_the_panels="520 0 $((WAYLAND_DESKTOP_WIDTH - 520)) $WAYLAND_DESKTOP_HEIGHT"
+
+# pixels_not_desktop <x> <y> <width> <height>: how many pixels of that part of the Wayland
+# output, as grim takes it, are not the desktop's colour. Fails unless it read every pixel,
+# so that a short screenshot never passes for an empty desktop.
+pixels_not_desktop() {
+    local shot=$work/shot.ppm header
+    grim -t ppm -g "$1,$2 ${3}x$4" "$shot" || return 1
+    # A binary PPM: three lines of header (format, size, largest value), then RGB bytes.
+    header=$(head -n3 "$shot" | wc -c)
+    tail -c +$((header + 1)) "$shot" | od -An -v -tx1 -w3 |
+        awk -v desktop="$WAYLAND_DESKTOP_COLOR" -v pixels=$(($3 * $4)) '
+            NF == 3 { read++ }
+            $1 $2 $3 != desktop { other++ }
+            END {
+                if (read != pixels) { print "read " read + 0 " of " pixels " pixels"; exit 1 }
+                print other + 0
+            }'
+}
+shows_the_desktop_only() {
+    local count
+    count=$(pixels_not_desktop "$@") && [[ $count -eq 0 ]]
+}
+# Its text with its shadow, or its background: a starter panel covers a good part of its
+# frame (a fifth and more), not a few stray pixels.
+shows_a_panel() {
+    local count
+    count=$(pixels_not_desktop "$@") && [[ $count -ge $(($3 * $4 / 20)) ]]
+}
+
+tools_are_installed() {
+    local tool missing=0
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null || {
+            echo "$tool is not installed"
+            missing=1
+        }
+    done
+    return $missing
+}
+
+# starter_panel_is_drawn <name>: within 20 s; when not, says what was there instead.
+starter_panel_is_drawn() {
+    # shellcheck disable=SC2086 # the frame's four numbers
+    within 20 shows_a_panel ${starter_frames[$1]} && return
+    # shellcheck disable=SC2086
+    echo "$(pixels_not_desktop ${starter_frames[$1]}) pixels of its frame are not the desktop's"
+    echo "corkwheel's output:"
+    tail -n 20 "$home/corkwheel.log"
+    return 1
+}
+
+sway_lists_window() {
+    swaymsg -t get_tree | grep -E "\"name\": \"$1\"" >/dev/null
+}
+
+second_start_opens_the_editor_on_sway() {
+    if sway_lists_window Corkwheel; then
+        echo "the editor was open before the second start"
+        return 1
+    fi
+    HOME="$home" XDG_DATA_HOME="$home/data" XDG_CONFIG_HOME="$home/config" \
+        XDG_RUNTIME_DIR="$home/runtime" WAYLAND_DISPLAY="$wayland_socket" \
+        timeout 15 /usr/bin/corkwheel || return 1
+    kill -0 "$corkwheel_pid" && within 10 sway_lists_window Corkwheel
+}
+
+# The installed Corkwheel on sway, which offers layer shell and has no X server to fall back
+# on: it must choose Qt's Wayland platform itself and put each starter panel at its place,
+# below windows as layer surfaces, not as ordinary windows that sway would tile over the
+# output. Checked as a user sees it, in the output's pixels.
+check_on_wayland_desktop() {
+    # Missing, they would leave the Wayland half of the package unchecked: that fails.
+    check "sway, swaymsg and grim are installed" tools_are_installed sway swaymsg grim
+    # Not through check, whose subshell would lose the variables pointing at the desktop.
+    if ! start_wayland_desktop; then
+        echo "FAIL: sway starts a headless Wayland desktop"
+        failed=$((failed + 1))
+        return
+    fi
+    # As a user's session has it: Corkwheel picks the platform, not the environment.
+    unset QT_QPA_PLATFORM
+    # Absolute, as Corkwheel's runtime folder is its own and not sway's.
+    wayland_socket=$XDG_RUNTIME_DIR/$WAYLAND_DISPLAY
+    check "sway shows its desktop, with nothing on it" \
+        within 20 shows_the_desktop_only 0 0 "$WAYLAND_DESKTOP_WIDTH" "$WAYLAND_DESKTOP_HEIGHT"
+
+    home="$work/wayland-start"
+    start_corkwheel "$home" WAYLAND_DISPLAY="$wayland_socket"
+    local panel
+    for panel in "${starter_panels[@]}"; do
+        check "the starter panel \"$panel\" is drawn at its place on sway" \
+            starter_panel_is_drawn "$panel"
+    done
+    # shellcheck disable=SC2086 # the frame's four numbers
+    check "beside the panels sway still shows the desktop: no panel is an ordinary window" \
+        shows_the_desktop_only $beside_the_panels
+    check "a second start opens the editor of the running Corkwheel as a window on sway" \
+        second_start_opens_the_editor_on_sway
+    stop_corkwheel
+    stop_wayland_desktop
+}
+if build_has_layer_shell; then
+    check_on_wayland_desktop
+fi
 
 # ---- Removal ------------------------------------------------------------------------
 

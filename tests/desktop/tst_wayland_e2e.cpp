@@ -30,7 +30,7 @@ using namespace corkwheel::test;
 
 namespace {
 
-// sway's background here (scripts/in-wayland-desktop.sh).
+// sway's background here (scripts/lib/wayland-desktop.sh).
 constexpr QColor kDesktopColor(0x33, 0x66, 0x99);
 
 bool panelIsSeenAt(QPoint at) {
@@ -66,7 +66,7 @@ protected:
     void mousePressEvent(QMouseEvent*) override { ++presses; }
 };
 
-// The output's size (scripts/in-wayland-desktop.sh).
+// The output's size (scripts/lib/wayland-desktop.sh).
 constexpr QSize kOutputSize(1280, 800);
 
 // Small enough to float in the output's middle clear of the first test panel.
