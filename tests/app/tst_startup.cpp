@@ -106,12 +106,13 @@ private Q_SLOTS:
     void firstStartWritesTheStarterDocument() {
         QProcess corkwheel;
         start(corkwheel);
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(documentPath()), 5000);
-        QTest::qWait(100); // the write is atomic, but give the rename a moment to be seen
-        QFile file(documentPath());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const auto panels = PanelDocument::decode(file.readAll());
-        QVERIFY(panels);
+        const auto onDisk = [this] {
+            QFile file(documentPath());
+            return file.open(QIODevice::ReadOnly) ? PanelDocument::decode(file.readAll())
+                                                  : std::nullopt;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(onDisk(), 5000);
+        const auto panels = onDisk();
         QCOMPARE(panels->size(), 3);
         QList<Panel> expected = PanelStore::starterPanels();
         for (qsizetype i = 0; i < expected.size(); ++i) {
@@ -204,9 +205,16 @@ private Q_SLOTS:
 
         QProcess corkwheel;
         start(corkwheel);
-        QTest::qWait(1000);
+        QTRY_VERIFY_WITH_TIMEOUT(isListening(), 5000);
+        // Corkwheel writes a save still waiting as it ends, so any save the start made
+        // would be on the disk once it has ended.
+        QCOMPARE(runToTheEnd({QStringLiteral("--quit")}, withoutDisplay()).exitCode, 0);
+        QVERIFY(corkwheel.waitForFinished(5000));
+        QCOMPARE(corkwheel.exitCode(), 0);
         QCOMPARE(QFileInfo(documentPath()).lastModified(), written);
-        stop(corkwheel);
+        QFile kept(documentPath());
+        QVERIFY(kept.open(QIODevice::ReadOnly));
+        QCOMPARE(kept.readAll(), *PanelDocument::encode(panels));
     }
 };
 
