@@ -12,6 +12,7 @@
 #include "editor/StepperLabel.h"
 #include "engine/PanelRunner.h"
 #include "render/PanelContentView.h"
+#include "support/MockClock.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
@@ -109,8 +110,9 @@ private Q_SLOTS:
     }
 
     void missingPanelShowsDefaultTextPanelAndWritesNothing() {
+        test::MockClock saveClock;
         m_fixture = std::make_unique<StoreFixture>(
-            QList<Panel>{textPanel(QStringLiteral("Notes"), kInspectorFrame)});
+            QList<Panel>{textPanel(QStringLiteral("Notes"), kInspectorFrame)}, saveClock);
         const QList<Panel> before = store().panels();
         QSignalSpy changes(&store(), &PanelStore::panelsChanged);
         QSignalSpy writes(&store(), &PanelStore::documentWritten);
@@ -131,10 +133,11 @@ private Q_SLOTS:
         QTest::mouseClick(button(control<StepperLabel>("refreshStepper"), "incrementButton"),
                           Qt::LeftButton);
         control<QCheckBox>("glassToggle")->click();
-        QTest::qWait(PanelStore::kSaveDelayMs + 200);
+        saveClock.runFor(10);
         QCOMPARE(changes.count(), 0);
         QCOMPARE(writes.count(), 0);
         QCOMPARE(store().panels(), before);
+        m_fixture.reset();
     }
 };
 
