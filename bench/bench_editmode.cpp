@@ -11,8 +11,8 @@
 //   scripts/in-virtual-desktop.sh openbox env QT_QPA_PLATFORM=xcb build/bench/bench_editmode
 
 #include "desktop/DesktopPanelController.h"
-#include "model/Clock.h"
 #include "engine/PanelRunner.h"
+#include "model/Clock.h"
 #include "platform/DesktopPlatform.h"
 
 #include <QApplication>

@@ -5,11 +5,11 @@
 //
 //   build/bench/bench_systemstats [iterations]
 
-#include "model/Clock.h"
 #include "engine/NetworkSource.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
+#include "model/Clock.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>

@@ -2,11 +2,11 @@
 
 #pragma once
 
-#include "model/Clock.h"
 #include "engine/InterfaceCounters.h"
 #include "engine/NetworkSample.h"
 #include "engine/NetworkSource.h"
 #include "engine/RecentReading.h"
+#include "model/Clock.h"
 
 #include <QString>
 

@@ -2,8 +2,6 @@
 
 #include "engine/PanelRunner.h"
 
-#include "model/Clock.h"
-#include "model/ClockTimer.h"
 #include "engine/DateTokenFormatter.h"
 #include "engine/ImageLoader.h"
 #include "engine/NetworkStatsSampler.h"
@@ -13,6 +11,8 @@
 #include "engine/TextFileReader.h"
 #include "engine/WebAddress.h"
 #include "engine/WebPage.h"
+#include "model/Clock.h"
+#include "model/ClockTimer.h"
 #include "model/PanelLimits.h"
 
 #include <QTimeZone>

@@ -2,10 +2,10 @@
 
 #include "engine/RunnerServices.h"
 
-#include "model/Clock.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSampler.h"
 #include "engine/WebEngineLoader.h"
+#include "model/Clock.h"
 
 namespace corkwheel {
 

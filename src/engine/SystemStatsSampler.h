@@ -2,12 +2,12 @@
 
 #pragma once
 
-#include "model/Clock.h"
 #include "engine/CpuTicks.h"
 #include "engine/DiskSampler.h"
 #include "engine/MemoryReading.h"
 #include "engine/RecentReading.h"
 #include "engine/SystemSource.h"
+#include "model/Clock.h"
 
 #include <QList>
 

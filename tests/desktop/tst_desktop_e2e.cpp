@@ -352,8 +352,7 @@ private Q_SLOTS:
             // panel as well, or, under KWin 5, which lifts the desktop and what is kept below
             // over the windows instead, the panel seen over the window as it is now.
             if (windowManagerName() != QStringLiteral("KWin"))
-                QTRY_VERIFY_WITH_TIMEOUT(!windowIsSeenAt(panel.topLeft() - QPoint(20, 20)),
-                                         kWait);
+                QTRY_VERIFY_WITH_TIMEOUT(!windowIsSeenAt(panel.topLeft() - QPoint(20, 20)), kWait);
             QVERIFY(panelIsSeenAt(sampleOf(panel)));
         }
 

@@ -314,7 +314,7 @@ private Q_SLOTS:
         writeDocument(panels);
         {
             const auto owned = openStore();
-        PanelStore& store = *owned;
+            PanelStore& store = *owned;
             QVERIFY(!store.isEditMode());
             QVERIFY(!store.panelsHidden());
             QSignalSpy edit(&store, &PanelStore::isEditModeChanged);

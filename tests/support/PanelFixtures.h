@@ -7,9 +7,9 @@
 
 #include "support/MockClock.h"
 
-#include "model/Clock.h"
 #include "engine/PanelRunner.h"
 #include "engine/RunnerServices.h"
+#include "model/Clock.h"
 #include "model/Panel.h"
 
 #include <QSignalSpy>
