@@ -256,12 +256,17 @@ void ShellCommandTest::missingShellShowsError() {
 
 void ShellCommandTest::asynchronousRunReportsExactlyOnce() {
     ShellCommand run(QStringLiteral("echo hi"), {});
+    ShellCommand later(QStringLiteral("sleep 0.3; echo later"), {});
     QSignalSpy spy(&run, &ShellCommand::finished);
+    QSignalSpy laterSpy(&later, &ShellCommand::finished);
     run.start();
+    later.start();
     QVERIFY(spy.isEmpty());
     QVERIFY(spy.wait(5000));
     QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("hi"));
-    QTest::qWait(200);
+    // Anything more of the first run's would come before the report of a command that
+    // ended well after it.
+    QTRY_COMPARE_WITH_TIMEOUT(laterSpy.count(), 1, 5000);
     QCOMPARE(spy.count(), 1);
 }
 
