@@ -95,10 +95,21 @@ install_missing_packages() {
         "${missing[@]}"
 }
 
-# configure_and_build <build dir> [cmake options...]
+# configure_and_build <build dir> [cmake options...] [--targets target...]
+# Builds everything unless targets are named.
 configure_and_build() {
     local build_dir=$1
     shift
-    cmake -S "$(repo_root)" -B "$build_dir" -G Ninja "$@"
-    cmake --build "$build_dir"
+    local options=() targets=()
+    while (($#)); do
+        if [[ $1 == --targets ]]; then
+            shift
+            targets=("$@")
+            break
+        fi
+        options+=("$1")
+        shift
+    done
+    cmake -S "$(repo_root)" -B "$build_dir" -G Ninja "${options[@]}"
+    cmake --build "$build_dir" ${targets[@]:+--target "${targets[@]}"}
 }
