@@ -153,16 +153,29 @@ inline QString windowManagerName() {
     return quoted.hasMatch() ? quoted.captured(1) : QString();
 }
 
+inline QPoint pointerLocation() {
+    const auto match = QRegularExpression(QStringLiteral("x:(\\d+) y:(\\d+)"))
+                           .match(xdotool({QStringLiteral("getmouselocation")}));
+    return match.hasMatch() ? QPoint(match.captured(1).toInt(), match.captured(2).toInt())
+                            : QPoint(-1, -1);
+}
+
+// The xdotool words that move the pointer to `at` and wait until it is there: --sync waits
+// for a motion, which never comes when the pointer is there already.
+inline QStringList pointerTo(QPoint at) {
+    if (pointerLocation() == at)
+        return {};
+    return {QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(at.x()),
+            QString::number(at.y())};
+}
+
 inline void click(QPoint at) {
-    xdotool({QStringLiteral("mousemove"), QStringLiteral("--sync"), QString::number(at.x()),
-             QString::number(at.y()), QStringLiteral("click"), QStringLiteral("1")});
+    xdotool(pointerTo(at) << QStringLiteral("click") << QStringLiteral("1"));
 }
 
 // Presses at `from`, moves in small steps to `to` and releases there.
 inline void drag(QPoint from, QPoint to) {
-    QStringList arguments = {QStringLiteral("mousemove"), QStringLiteral("--sync"),
-                             QString::number(from.x()),   QString::number(from.y()),
-                             QStringLiteral("mousedown"), QStringLiteral("1")};
+    QStringList arguments = pointerTo(from) << QStringLiteral("mousedown") << QStringLiteral("1");
     constexpr int kSteps = 8;
     for (int step = 1; step <= kSteps; ++step) {
         const QPoint at = from + (to - from) * step / kSteps;
