@@ -26,6 +26,7 @@
 #include <QApplication>
 #include <QDBusInterface>
 #include <QDBusReply>
+#include <QElapsedTimer>
 #include <QPainter>
 #include <QScreen>
 #include <QTest>
@@ -222,6 +223,22 @@ private:
 
     // Opens an ordinary window over `panel`, kept until the test ends (or the next one is
     // opened), and checks that it hides the panel.
+    // What `read` reads off the screen once the drawing has settled: two reads in a row
+    // alike, or the last read when it does not settle.
+    template <typename Read> static auto onceSettled(Read read) {
+        auto last = read();
+        QElapsedTimer timer;
+        timer.start();
+        while (timer.elapsed() < kWait) {
+            QTest::qWait(50);
+            auto now = read();
+            if (now == last)
+                break;
+            last = std::move(now);
+        }
+        return last;
+    }
+
     // Desktop environments draw the desktop in a window of their own, which some window
     // managers lift while the desktop is shown or clicked; an icons program stands for it,
     // or else a window of that type, made here.
@@ -572,13 +589,7 @@ private Q_SLOTS:
         // Right of the bar's name to its right end, the stripes at the start.
         const QPoint barFrom(310, 263);
         QTRY_VERIFY_WITH_TIMEOUT(spread(screenGreys(barFrom, 80)) < 30, kWait);
-        // Read once the drawing has settled: two reads in a row alike.
-        QList<int> bar;
-        const auto settled = [&] {
-            const QList<int> before = std::exchange(bar, screenGreys(barFrom, 470));
-            return before == bar;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(settled(), kWait);
+        const QList<int> bar = onceSettled([&barFrom] { return screenGreys(barFrom, 470); });
         QVERIFY2(spread(bar.first(80)) < 30, qPrintable(QString::number(spread(bar.first(80)))));
         // The middles of the white and of the black, far from where the blur mixes them.
         const int lighter =
@@ -599,7 +610,8 @@ private Q_SLOTS:
     // frame: the same window shows the panel again once it is opaque.
     void clearPanelKeepsItsWindowWithNothingDrawn() {
         const QPoint sample = sampleOf(rectOf(m_alpha.frame));
-        const QColor desktop = screenPixel(sample);
+        // Read once no window of an earlier test is fading out there any more.
+        const QColor desktop = onceSettled([&sample] { return screenPixel(sample); });
         QVERIFY(!isColor(desktop, kPanelColor));
         startInProcess({m_alpha});
         const WId alpha = windowOf(m_alpha);
