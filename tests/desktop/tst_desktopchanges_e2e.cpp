@@ -149,7 +149,10 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(440, 300), kWait);
         // Narrower, its corner further right: Xvfb moves a monitor only by taking it away
         // and adding it again.
+        // Taken away, the left one is main again; seen to be so before the right one comes
+        // back, so that the two changes cannot reach Corkwheel as one.
         deleteMonitor(QStringLiteral("right"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(40, 40), kWait);
         setMonitor(QStringLiteral("*right"), QStringLiteral("300/80x600/159+500+0"));
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(540, 40), kWait);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(540, 300), kWait);
