@@ -166,21 +166,15 @@ public:
 
     // The whole screen as the shell draws it.
     static QImage screenshot() {
-        static QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("screen.png"));
-        QDBusMessage call = QDBusMessage::createMethodCall(
-            QStringLiteral("org.gnome.Shell.Screenshot"),
-            QStringLiteral("/org/gnome/Shell/Screenshot"),
-            QStringLiteral("org.gnome.Shell.Screenshot"), QStringLiteral("Screenshot"));
-        call.setArguments({false, false, file});
-        const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kWait);
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty() ||
-            !reply.arguments().at(0).toBool())
-            return {};
-        return QImage(file);
+        return screenshotCall(QStringLiteral("Screenshot"), {false, false});
     }
 
-    static QColor pixel(QPoint at) { return screenshot().pixelColor(at); }
+    // The colour the screen shows at `at`: a screenshot of that one pixel, a hundredth of
+    // the whole screen's cost, for checks that wait for it.
+    static QColor pixel(QPoint at) {
+        return screenshotCall(QStringLiteral("ScreenshotArea"), {at.x(), at.y(), 1, 1, false})
+            .pixelColor(0, 0);
+    }
 
     static void movePointer(QPoint to) {
         eval(QStringLiteral("global.corkwheelTest.move(%1, %2)").arg(to.x()).arg(to.y()));
@@ -220,6 +214,23 @@ public:
     }
 
 private:
+    // org.gnome.Shell.Screenshot's method with its arguments before the file name, which it
+    // writes a PNG to.
+    static QImage screenshotCall(const QString& method, const QVariantList& arguments) {
+        static QTemporaryDir folder;
+        const QString file = folder.filePath(QStringLiteral("screen.png"));
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(QStringLiteral("org.gnome.Shell.Screenshot"),
+                                           QStringLiteral("/org/gnome/Shell/Screenshot"),
+                                           QStringLiteral("org.gnome.Shell.Screenshot"), method);
+        call.setArguments(arguments + QVariantList{file});
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(call, QDBus::Block, kWait);
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty() ||
+            !reply.arguments().at(0).toBool())
+            return {};
+        return QImage(file);
+    }
+
     static QList<ShellWindow> windowList(const QString& expression) {
         QList<ShellWindow> list;
         for (const QJsonValue& window : eval(expression).value_or(QJsonValue()).toArray())
