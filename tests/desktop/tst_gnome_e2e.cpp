@@ -539,7 +539,7 @@ private Q_SLOTS:
                               QStringLiteral("-"), QStringLiteral("1 panel"), QStringLiteral("-"),
                               QStringLiteral("Quit Corkwheel")}));
         QVERIFY(!icon.item(QStringLiteral("1 panel"))->isEnabled);
-        QVERIFY(!shownEditor());
+        QVERIFY(!GnomeShell::window(QStringLiteral("Corkwheel")));
         chooseInTray(QStringLiteral("Settings…"));
         QVERIFY(shownEditor());
     }
