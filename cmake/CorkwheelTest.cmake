@@ -71,6 +71,23 @@ function(corkwheel_register_wayland_test name target)
         SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
 endfunction()
 
+# corkwheel_add_gnome_test(<name> SOURCES ... [LIBS ...])
+#
+# An end-to-end test in a headless GNOME Shell session on Wayland of its own, which
+# scripts/in-gnome-desktop.sh starts and runs the test in, as the session's user. The test
+# is an X11 client of the session's Xwayland. GNOME Shell is slow to start, so it never runs
+# beside the window manager tests.
+function(corkwheel_add_gnome_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    corkwheel_test_environment(_env QT_QPA_PLATFORM=xcb)
+    add_test(NAME ${name}
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-gnome-desktop.sh $<TARGET_FILE:${name}>)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}"
+        RESOURCE_LOCK windowmanagers TIMEOUT 300
+        SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
+endfunction()
+
 function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})

@@ -49,10 +49,14 @@ FUZZ_PACKAGES=(
 # every symbol of the user interface come out empty: they are in qt6-svg-plugins. And
 # Wayland: the Qt Wayland platform and LayerShellQt, with which Corkwheel puts its panels
 # below the windows of a wlroots compositor, and sway (with grim for screenshots) to test that
-# under. The Wayland tests run sway as a user of its own.
+# under. The Wayland tests run sway as a user of its own. And GNOME Shell, headless with its
+# Xwayland, with the desktop icons and tray icon extensions that Ubuntu has on, for the GNOME
+# on Wayland test (gdbus, in libglib2.0-bin, speaks to it from scripts/lib/gnome-desktop.sh).
 if [[ $DEBIAN_CODENAME == trixie ]]; then
     BUILD_PACKAGES+=(qt6-svg-plugins qt6-wayland qt6-wayland-dev liblayershellqtinterface-dev)
-    TEST_PACKAGES+=(sway grim)
+    TEST_PACKAGES+=(sway grim
+        gnome-shell gnome-shell-extension-desktop-icons-ng gnome-shell-extension-appindicator
+        xwayland libglib2.0-bin)
 fi
 
 repo_root() {
