@@ -61,19 +61,21 @@ bool LayerSurface::eventFilter(QObject*, QEvent* event) {
     return false;
 }
 
-// LayerShellQt makes the surface on the output of the native window's screen. When that
-// screen changes, Qt gives a hidden widget the size its native window last had, which a
-// frame set while the widget was hidden has not reached yet: the frame is set again.
+// LayerShellQt makes the surface on the output of the native window's screen. A hidden
+// widget passes a frame set meanwhile to its native window only as that is shown, after
+// this; and Qt moves a native window to the screen under its centre whenever its geometry
+// changes, and gives the widget its native window's size whenever the screen changes. So
+// the native window takes the widget's size first, then its place, and then the screen
+// chosen here, which showing it leaves in place.
 void LayerSurface::chooseOutput() {
     QWindow* handle = m_window->windowHandle();
     QScreen* screen = m_output ? m_output.data() : QGuiApplication::primaryScreen();
     m_shownOn = screen;
-    if (!handle || !screen || handle->screen() == screen)
+    if (!handle || !screen)
         return;
-    const QRect geometry = m_window->geometry();
+    handle->resize(m_window->size());
+    handle->setGeometry(m_window->geometry());
     handle->setScreen(screen);
-    if (m_window->geometry() != geometry)
-        m_window->setGeometry(geometry);
 }
 
 void LayerSurface::apply() {

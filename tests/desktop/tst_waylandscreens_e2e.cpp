@@ -61,6 +61,18 @@ QSet<QString> outputNames() {
     return names;
 }
 
+// Qt's screens follow sway's outputs: this process is a client of sway's too.
+bool qtSeesOutputAt(const QRect& geometry) {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    return std::any_of(screens.cbegin(), screens.cend(),
+                       [&](const QScreen* screen) { return screen->geometry() == geometry; });
+}
+
+void moveOutput(const QString& name, QPoint to) {
+    swaymsg({QStringLiteral("output"), name, QStringLiteral("position"), QString::number(to.x()),
+             QString::number(to.y())});
+}
+
 // A new headless output of sway's, where the second output goes: a monitor plugged in.
 // Returns its name, which sway numbers on; empty when none was made.
 QString plugInSecondOutput() {
@@ -76,14 +88,6 @@ QString plugInSecondOutput() {
              QString::number(kSecondOutput.y()), QStringLiteral("bg"), kSecondColor.name(),
              QStringLiteral("solid_color")});
     return name;
-}
-
-// What this process, itself a client of sway's, knows of the outputs.
-bool qtSeesSecondOutput() {
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    return screens.size() == 2 &&
-           std::any_of(screens.cbegin(), screens.cend(),
-                       [](const QScreen* screen) { return screen->geometry() == kSecondOutput; });
 }
 
 } // namespace
@@ -129,7 +133,7 @@ private Q_SLOTS:
         QVERIFY2(!m_secondOutput.isEmpty(), "sway made no second output");
         QTRY_VERIFY_WITH_TIMEOUT(
             isColor(screenPixel(kSecondOutput.topLeft() + QPoint(5, 5)), kSecondColor), kWait);
-        QTRY_VERIFY_WITH_TIMEOUT(qtSeesSecondOutput(), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(qtSeesOutputAt(kSecondOutput), kWait);
         QVERIFY2(m_pointer.plugIn(QStringLiteral(CORKWHEEL_POINTER_DEVICE),
                                   {kSecondOutput.right() + 1, kOutputSize.height()}),
                  "the compositor takes no virtual pointer");
@@ -138,6 +142,8 @@ private Q_SLOTS:
     void cleanup() {
         m_manager.reset();
         m_fixture.reset();
+        moveOutput(m_secondOutput, kSecondOutput.topLeft());
+        QTRY_VERIFY_WITH_TIMEOUT(qtSeesOutputAt(kSecondOutput), kWait);
     }
 
     // 120 pixels into the second output, not that output's corner further on.
@@ -176,6 +182,25 @@ private Q_SLOTS:
             QVERIFY(isColor(screen.pixelColor(frame.right() - 4, middle), kPanelColor));
             QVERIFY(isColor(screen.pixelColor(frame.right() + 4, middle), kSecondColor));
         }
+    }
+
+    // The second output lower down: a panel whose centre is on that output's corner, while
+    // most of it is on the main output, is on the main output, at its frame.
+    void panelIsOnTheOutputHoldingMostOfItNotTheOneUnderItsCentre() {
+        const QRect lower = kSecondOutput.translated(0, 400);
+        moveOutput(m_secondOutput, lower.topLeft());
+        QTRY_VERIFY_WITH_TIMEOUT(qtSeesOutputAt(lower), kWait);
+        const Panel panel = filledPanel(QStringLiteral("E2E Corner"), {1140, 310, 300, 200});
+        const QRect frame = rectOf(panel.frame);
+        QVERIFY(lower.contains(frame.center()));
+        startInProcess({panel});
+        // Its lower right corner is on the second output, most of it on the main one.
+        QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
+        const QImage screen = screenshot();
+        const QPoint onMain = frame.topLeft() + QPoint(100, 100);
+        QVERIFY(isColor(screen.pixelColor(onMain), kPanelColor));
+        QVERIFY(isColor(screen.pixelColor(onMain - QPoint(104, 0)), kMainColor));
+        QVERIFY(isColor(screen.pixelColor(onMain - QPoint(0, 104)), kMainColor));
     }
 
     // Dragged by its title bar in edit mode from the main output to the second one, the
