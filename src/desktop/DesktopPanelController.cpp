@@ -107,7 +107,7 @@ void DesktopPanelController::updateBlurShape() {
     m_platform.requestBlurBehind(m_window.get(), glass);
 }
 
-void DesktopPanelController::followMainScreen() {
+void DesktopPanelController::followScreens() {
     placeWindow(toScreen(m_panel.frame));
 }
 
@@ -150,9 +150,19 @@ QRectF DesktopPanelController::screenArea(const QRectF& rect) const {
 }
 
 void DesktopPanelController::dragEnded() {
+    const bool moved = m_dragStartFrame.has_value();
     m_dragStartFrame.reset();
     m_hostView->setSnapGuides({});
-    commitFrame();
+    if (!moved) {
+        // A press on the title bar that did not move the panel leaves its frame as it was,
+        // also where the panel is shown elsewhere for want of its monitor.
+        commitFrame(m_panel.frame);
+        return;
+    }
+    // Placed again now that the drag is over: on the screen that holds most of it, which
+    // may be another than the one the drag began on.
+    placeWindow(m_placedFrame);
+    commitFrame(toPanel(m_placedFrame));
 }
 
 void DesktopPanelController::applyLiveFrame(const QRectF& rect) {
@@ -166,8 +176,7 @@ void DesktopPanelController::applyLiveFrame(const QRectF& rect) {
     updateBlurShape();
 }
 
-void DesktopPanelController::commitFrame() {
-    const PanelFrame frame = toPanel(m_placedFrame);
+void DesktopPanelController::commitFrame(const PanelFrame& frame) {
     m_lastPushedFrame = frame;
     m_panel.frame = frame;
     if (m_store)
@@ -178,10 +187,18 @@ void DesktopPanelController::commitFrame() {
 // and during a drag a report can arrive a step behind the frame placed since. The frame
 // placed last is where the window is.
 void DesktopPanelController::placeWindow(const QRectF& rect) {
-    m_placedFrame = rect;
-    const QRect pixels = PanelGeometry::windowRect(rect);
-    m_platform.setFrame(m_window.get(), pixels);
-    m_hostView->setGeometry(QRect(QPoint(), pixels.size()));
+    // During a drag the window stays on the screen it began on: on Wayland, putting a
+    // surface on another output makes it anew, which would end the drag.
+    if (m_dragStartFrame) {
+        m_placedFrame = rect;
+    } else {
+        const QList<QRect> screens = m_platform.screens();
+        m_placedFrame = PanelGeometry::shownFrame(rect, screens);
+        m_placedScreen = PanelGeometry::screenHolding(m_placedFrame, screens).value_or(QRect());
+    }
+    const WindowPlace place = PanelGeometry::windowPlace(m_placedFrame, m_placedScreen);
+    m_platform.setFrame(m_window.get(), place);
+    m_hostView->setGeometry(QRect(QPoint(), place.frame.size()));
 }
 
 QRectF DesktopPanelController::toScreen(const PanelFrame& frame) const {

@@ -46,7 +46,8 @@ public:
     PanelFrame lastPushedFrame() const { return m_lastPushedFrame; }
     DesktopPanelWindow* window() const { return m_window.get(); }
     DesktopPanelHostView* hostView() const { return m_hostView; }
-    // Where the window is, in global coordinates, unrounded.
+    // Where the window is, in global coordinates, unrounded: the panel's frame, or where it
+    // is shown instead while no screen holds that.
     QRectF placedFrame() const { return m_placedFrame; }
 
     // The frames, in global coordinates, of the other panels that a drag lines this one up
@@ -59,8 +60,9 @@ public:
     // compositor starts or quits, which can take its blur with it.
     void updateBackdrop();
     // Places the window at the panel's frame again, measured from where the main screen's
-    // corner is now.
-    void followMainScreen();
+    // corner is now, on the screen that holds most of it; inside the main screen when no
+    // screen holds any of it.
+    void followScreens();
 
 private:
     void connectDrags();
@@ -75,7 +77,7 @@ private:
     QRectF screenArea(const QRectF& rect) const;
     void dragEnded();
     void applyLiveFrame(const QRectF& rect);
-    void commitFrame();
+    void commitFrame(const PanelFrame& frame);
     void placeWindow(const QRectF& rect);
     QRectF toScreen(const PanelFrame& frame) const;
     PanelFrame toPanel(const QRectF& rect) const;
@@ -86,6 +88,8 @@ private:
     PanelFrame m_lastPushedFrame;
     // In global coordinates, unrounded: the window itself can only sit on whole pixels.
     QRectF m_placedFrame;
+    // The geometry of the screen the window is shown on; empty without a screen.
+    QRect m_placedScreen;
     std::optional<QRectF> m_dragStartFrame;
     SnapTargets m_snapTargets;
     std::optional<bool> m_lastEditMode;

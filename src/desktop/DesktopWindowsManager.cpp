@@ -24,7 +24,7 @@ DesktopWindowsManager::DesktopWindowsManager(PanelStore& store, DesktopPlatform&
 // only ends with the process.
 DesktopWindowsManager::~DesktopWindowsManager() {
     m_platform.watchCompositor({});
-    m_platform.watchMainScreen({});
+    m_platform.watchScreens({});
 }
 
 DesktopPanelController* DesktopWindowsManager::controller(const QUuid& id) const {
@@ -43,7 +43,7 @@ void DesktopWindowsManager::subscribe() {
     connect(m_store, &PanelStore::panelsHiddenChanged, this,
             &DesktopWindowsManager::panelsHiddenChanged);
     m_platform.watchCompositor([this] { compositorChanged(); });
-    m_platform.watchMainScreen([this] { mainScreenChanged(); });
+    m_platform.watchScreens([this] { screensChanged(); });
     reconcile(m_panels, m_editMode, m_hidden);
 }
 
@@ -62,9 +62,9 @@ void DesktopWindowsManager::compositorChanged() {
         controller->updateBackdrop();
 }
 
-void DesktopWindowsManager::mainScreenChanged() {
+void DesktopWindowsManager::screensChanged() {
     for (const auto& [id, controller] : m_controllers)
-        controller->followMainScreen();
+        controller->followScreens();
 }
 
 void DesktopWindowsManager::panelsHiddenChanged(bool hidden) {

@@ -45,7 +45,7 @@ private:
     void editModeChanged(bool on);
     void panelsHiddenChanged(bool hidden);
     void compositorChanged();
-    void mainScreenChanged();
+    void screensChanged();
     void reconcile(const QList<Panel>& panels, bool editMode, bool hidden);
     void removeControllersNotIn(const QList<Panel>& panels);
     void tearDown(DesktopPanelController& controller);

@@ -2,6 +2,9 @@
 
 #pragma once
 
+#include "platform/WindowPlace.h"
+
+#include <QList>
 #include <QRect>
 
 #include <functional>
@@ -30,8 +33,9 @@ public:
     // window stays at the same place either way.
     virtual void setPinned(QWidget* window, bool pinned) = 0;
 
-    // Places the window at `frame`, in Qt's global coordinates (device-independent).
-    virtual void setFrame(QWidget* window, const QRect& frame) = 0;
+    // Places the window at `place`: its frame in Qt's global coordinates
+    // (device-independent), on the screen given there.
+    virtual void setFrame(QWidget* window, const WindowPlace& place) = 0;
     virtual QRect frame(const QWidget* window) const = 0;
 
     // Shows the window without taking the focus or activating Corkwheel.
@@ -42,10 +46,14 @@ public:
     // The main screen's geometry in Qt's global coordinates; panel frames are measured
     // from its top-left corner. None without a screen.
     virtual std::optional<QRect> mainScreenGeometry() const = 0;
-    // Calls `changed` whenever the main screen's geometry may have changed: another screen
-    // became the main one, or it moved or changed size, as when a monitor is plugged in or
-    // the screens are arranged anew. One watcher at a time; an empty function ends the calls.
-    virtual void watchMainScreen(std::function<void()> changed) = 0;
+    // Every screen's geometry in Qt's global coordinates, the main screen's first; empty
+    // without a screen.
+    virtual QList<QRect> screens() const = 0;
+    // Calls `changed` whenever the screens may have changed: one was added or taken away,
+    // moved or changed size, or another became the main one, as when a monitor is plugged in
+    // or unplugged or the screens are arranged anew. One watcher at a time; an empty
+    // function ends the calls.
+    virtual void watchScreens(std::function<void()> changed) = 0;
     // The part of the screen at `point` (Qt's global coordinates) that ordinary windows may
     // take: without the desktop's docks and panels, where the window system tells. The main
     // screen's when the point is on none; none without a screen.

@@ -11,6 +11,8 @@
 #include <QWidget>
 #include <QWindow>
 
+#include <algorithm>
+
 namespace corkwheel {
 
 namespace {
@@ -19,23 +21,13 @@ namespace {
 // its surfaces are, so Qt's own idea of a window's place is only what it was last told.
 constexpr char kFrameProperty[] = "corkwheelFrame";
 
-QScreen* mainScreen() {
-    return QGuiApplication::primaryScreen();
-}
-
-// A layer surface stays on the output it was made for: to follow the main screen to
-// another output it is made anew there.
-void keepOnMainScreen(QWidget* window) {
-    QWindow* handle = window->windowHandle();
-    QScreen* screen = mainScreen();
-    if (!handle || !screen || handle->screen() == screen)
-        return;
-    const bool shown = window->isVisible();
-    if (shown)
-        window->hide();
-    handle->setScreen(screen);
-    if (shown)
-        window->show();
+// The screen whose geometry is `geometry`; the main one when none is.
+QScreen* screenWithGeometry(const QRect& geometry) {
+    const QList<QScreen*> screens = QGuiApplication::screens();
+    const auto found = std::find_if(screens.cbegin(), screens.cend(), [&](const QScreen* screen) {
+        return screen->geometry() == geometry;
+    });
+    return found != screens.cend() ? *found : QGuiApplication::primaryScreen();
 }
 
 // Repaints the whole window whenever part of it is to be repainted. On Qt's Wayland
@@ -68,22 +60,25 @@ void LayerShellDesktopPlatform::setPinned(QWidget* window, bool pinned) {
     QtDesktopPlatform::setPinned(window, pinned);
 }
 
-void LayerShellDesktopPlatform::setFrame(QWidget* window, const QRect& frame) {
-    keepOnMainScreen(window);
-    const QRect screen = mainScreenGeometry().value_or(QRect());
-    const bool moved = this->frame(window).topLeft() != frame.topLeft();
-    if (LayerSurface* surface = LayerSurface::of(window))
-        surface->setMargins(QMargins(frame.x() - screen.x(), frame.y() - screen.y(), 0, 0));
-    window->setProperty(kFrameProperty, frame);
+void LayerShellDesktopPlatform::setFrame(QWidget* window, const WindowPlace& place) {
+    const bool moved = frame(window).topLeft() != place.frame.topLeft();
+    LayerSurface* surface = LayerSurface::of(window);
+    if (surface)
+        surface->setMargins(QMargins(place.onScreen.x(), place.onScreen.y(), 0, 0));
+    window->setProperty(kFrameProperty, place.frame);
     // Qt reckons the pointer's global positions from the place it knows for a window. While
     // a button is held, a compositor such as sway keeps giving the pointer's position
     // relative to where the surface was when the button went down, however far it moved
     // since: the place Qt knows stays that one until the button is let go, so a drag of the
     // title bar follows the pointer.
     if (QGuiApplication::mouseButtons() == Qt::NoButton)
-        window->setGeometry(frame);
+        window->setGeometry(place.frame);
     else
-        window->resize(frame.size());
+        window->resize(place.frame.size());
+    // After the geometry, which puts the window on the screen under the frame's centre: the
+    // surface goes on the output of the screen given, with the margins given for it.
+    if (surface)
+        surface->setOutput(screenWithGeometry(place.screen));
     // New margins take effect with the surface's next commit, which only a repaint makes:
     // a panel that only moved has nothing new to draw.
     if (moved)
@@ -93,11 +88,6 @@ void LayerShellDesktopPlatform::setFrame(QWidget* window, const QRect& frame) {
 QRect LayerShellDesktopPlatform::frame(const QWidget* window) const {
     const QVariant frame = window->property(kFrameProperty);
     return frame.isValid() ? frame.toRect() : window->geometry();
-}
-
-void LayerShellDesktopPlatform::orderFront(QWidget* window) {
-    keepOnMainScreen(window);
-    window->show();
 }
 
 } // namespace corkwheel

@@ -9,15 +9,14 @@ namespace corkwheel {
 // Panel windows as layer surfaces of a Wayland compositor: pinned on the bottom layer,
 // above the wallpaper and the desktop icons and below every window, on every workspace by
 // nature; in edit mode on the top layer, above the windows, taking the mouse. A surface is
-// anchored to the top-left corner of the main screen's output, its margins the frame's
-// place on that screen, and never pushes other surfaces aside.
+// on the output of the screen its place names, anchored to that output's top-left corner,
+// its margins the frame's place on that screen, and never pushes other surfaces aside.
 class LayerShellDesktopPlatform : public QtDesktopPlatform {
 public:
     void preparePanelWindow(QWidget* window) override;
     void setPinned(QWidget* window, bool pinned) override;
-    void setFrame(QWidget* window, const QRect& frame) override;
+    void setFrame(QWidget* window, const WindowPlace& place) override;
     QRect frame(const QWidget* window) const override;
-    void orderFront(QWidget* window) override;
 };
 
 } // namespace corkwheel

@@ -8,13 +8,14 @@
 #include <QObject>
 #include <QPointer>
 
+class QScreen;
 class QWidget;
 class QWindow;
 
 namespace corkwheel {
 
 // The layer surface of one panel window: the bottom or top layer, anchored to the top-left
-// corner of the main screen's output at the given margins, pushing nothing aside, without
+// corner of one screen's output at the given margins, pushing nothing aside, without
 // keyboard. It is kept through the native window being made anew: Qt does that when a web
 // view first joins the window, and the new native window would otherwise be an ordinary
 // one, which a tiling compositor spreads over the whole screen.
@@ -28,12 +29,17 @@ public:
 
     void setPinned(bool pinned);
     void setMargins(const QMargins& margins);
+    // The screen on whose output the surface is shown, the main one until set. A surface
+    // stays on the output it was made for, so a shown one is made anew on the new output,
+    // as is one whose output went away.
+    void setOutput(QScreen* screen);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void apply();
+    void chooseOutput();
 
     QWidget* m_window;
     // The native window the settings were made for.
@@ -41,6 +47,9 @@ private:
     QPointer<LayerShellQt::Window> m_settings;
     LayerShellQt::Window::Layer m_layer = LayerShellQt::Window::LayerBottom;
     QMargins m_margins;
+    QPointer<QScreen> m_output;
+    // The screen on whose output the surface was last made; null once that is gone.
+    QPointer<QScreen> m_shownOn;
 };
 
 } // namespace corkwheel

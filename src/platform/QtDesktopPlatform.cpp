@@ -47,8 +47,8 @@ void QtDesktopPlatform::setPinned(QWidget* window, bool pinned) {
     }
 }
 
-void QtDesktopPlatform::setFrame(QWidget* window, const QRect& frame) {
-    window->setGeometry(frame);
+void QtDesktopPlatform::setFrame(QWidget* window, const WindowPlace& place) {
+    window->setGeometry(place.frame);
 }
 
 QRect QtDesktopPlatform::frame(const QWidget* window) const {
@@ -84,28 +84,44 @@ std::optional<QRect> QtDesktopPlatform::workAreaAt(QPoint point) const {
     return screen->availableGeometry();
 }
 
-void QtDesktopPlatform::watchMainScreen(std::function<void()> changed) {
-    m_mainScreenChanged = std::move(changed);
-    m_screenWatch.reset();
-    if (!m_mainScreenChanged)
-        return;
-    m_screenWatch = std::make_unique<QObject>();
-    QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, m_screenWatch.get(),
-                     [this](QScreen* screen) {
-                         followMainScreen(screen);
-                         m_mainScreenChanged();
-                     });
-    followMainScreen(QGuiApplication::primaryScreen());
+QList<QRect> QtDesktopPlatform::screens() const {
+    QList<QRect> geometries;
+    const QScreen* main = QGuiApplication::primaryScreen();
+    if (main)
+        geometries.append(main->geometry());
+    for (const QScreen* screen : QGuiApplication::screens()) {
+        if (screen != main)
+            geometries.append(screen->geometry());
+    }
+    return geometries;
 }
 
-// Only the main screen's own geometry counts, not that of the one that was main before.
-void QtDesktopPlatform::followMainScreen(QScreen* screen) {
-    QObject::disconnect(m_mainScreenGeometry);
-    if (screen) {
-        m_mainScreenGeometry =
-            QObject::connect(screen, &QScreen::geometryChanged, m_screenWatch.get(),
-                             [this] { m_mainScreenChanged(); });
-    }
+// Queued: the screens are read once Qt has finished with the change, after it has taken a
+// removed screen out of its list and moved that screen's windows to the main one.
+void QtDesktopPlatform::watchScreens(std::function<void()> changed) {
+    m_screensChanged = std::move(changed);
+    m_screenWatch.reset();
+    if (!m_screensChanged)
+        return;
+    m_screenWatch = std::make_unique<QObject>();
+    const auto notify = [this] { m_screensChanged(); };
+    QObject::connect(qGuiApp, &QGuiApplication::primaryScreenChanged, m_screenWatch.get(), notify,
+                     Qt::QueuedConnection);
+    QObject::connect(qGuiApp, &QGuiApplication::screenRemoved, m_screenWatch.get(), notify,
+                     Qt::QueuedConnection);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, m_screenWatch.get(), notify,
+                     Qt::QueuedConnection);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, m_screenWatch.get(),
+                     [this](QScreen* screen) { watchGeometry(screen); });
+    for (QScreen* screen : QGuiApplication::screens())
+        watchGeometry(screen);
+}
+
+// The connection ends with the screen, or with the watch.
+void QtDesktopPlatform::watchGeometry(QScreen* screen) {
+    QObject::connect(
+        screen, &QScreen::geometryChanged, m_screenWatch.get(), [this] { m_screensChanged(); },
+        Qt::QueuedConnection);
 }
 
 bool QtDesktopPlatform::hasCompositor() const {

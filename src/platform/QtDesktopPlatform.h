@@ -17,13 +17,14 @@ class QtDesktopPlatform : public DesktopPlatform {
 public:
     void preparePanelWindow(QWidget* window) override;
     void setPinned(QWidget* window, bool pinned) override;
-    void setFrame(QWidget* window, const QRect& frame) override;
+    void setFrame(QWidget* window, const WindowPlace& place) override;
     QRect frame(const QWidget* window) const override;
     void orderFront(QWidget* window) override;
     void orderOut(QWidget* window) override;
     void close(QWidget* window) override;
     std::optional<QRect> mainScreenGeometry() const override;
-    void watchMainScreen(std::function<void()> changed) override;
+    QList<QRect> screens() const override;
+    void watchScreens(std::function<void()> changed) override;
     std::optional<QRect> workAreaAt(QPoint point) const override;
     bool hasCompositor() const override;
     void watchCompositor(std::function<void()> changed) override;
@@ -36,12 +37,11 @@ protected:
     static bool isPinned(const QWidget* window);
 
 private:
-    void followMainScreen(QScreen* screen);
+    void watchGeometry(QScreen* screen);
 
-    std::function<void()> m_mainScreenChanged;
+    std::function<void()> m_screensChanged;
     // The receiver of the screens' signals; replaced to drop them all at once.
     std::unique_ptr<QObject> m_screenWatch;
-    QMetaObject::Connection m_mainScreenGeometry;
 };
 
 } // namespace corkwheel

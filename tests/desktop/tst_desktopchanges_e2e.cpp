@@ -2,8 +2,8 @@
 
 // The corkwheel binary on an X display of the test's own, where the desktop changes under
 // the shown panels: a compositor starts and quits, as when a session starts its programs in
-// any order or the user restarts it, and the main screen moves, as when a monitor is
-// plugged in beside it.
+// any order or the user restarts it, the main screen moves, as when a monitor is plugged in
+// beside it, and a second monitor is unplugged and plugged in again.
 
 #include "support/PanelFixtures.h"
 #include "support/PrivateXServer.h"
@@ -40,11 +40,16 @@ bool isClear(const QColor& color) {
 }
 
 // A RandR monitor over part of the screen, as a second monitor appears to Qt; a name
-// starting with "*" makes it the primary one.
-void setMonitor(const QString& name, const QString& geometry) {
-    run(QStringLiteral("xrandr"),
-        {QStringLiteral("--setmonitor"), name, geometry, QStringLiteral("none")});
+// starting with "*" makes it the primary one. Unless a monitor lists the server's one
+// output, the server adds a monitor of its own over the whole screen, which Qt sees as one
+// screen more.
+void setMonitor(const QString& name, const QString& geometry,
+                const QString& output = QStringLiteral("none")) {
+    run(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), name, geometry, output});
 }
+
+// The name Xvfb gives its one output.
+const QString kXvfbOutput = QStringLiteral("screen");
 
 void deleteMonitor(const QString& name) {
     run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
@@ -63,6 +68,9 @@ QByteArray documentBytes(const CorkwheelProcess& corkwheel) {
     QFile document(corkwheel.documentPath());
     return document.open(QIODevice::ReadOnly) ? document.readAll() : QByteArray();
 }
+
+// Halfway down a panel's title bar, in edit mode.
+constexpr int kBarMiddle = DesktopPanelHostView::kTitleBarHeight / 2;
 
 } // namespace
 
@@ -161,7 +169,7 @@ private Q_SLOTS:
         // Every save writes all panels as Corkwheel holds them, so the one that the drag
         // writes also tells where the still panel is held to be after the screens changed.
         QCOMPARE(corkwheel.startAgain({QStringLiteral("--edit-mode")}), 0);
-        const QPoint titleBar(540 + 60, 300 + DesktopPanelHostView::kTitleBarHeight / 2);
+        const QPoint titleBar(540 + 60, 300 + kBarMiddle);
         const QPoint bareDesktop(780, 580);
         QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(titleBar) != windowUnderPointer(bareDesktop),
                                  kWait);
@@ -171,6 +179,57 @@ private Q_SLOTS:
                                   kWait);
         QCOMPARE(savedFrame(corkwheel, still), still.frame);
         QCOMPARE(screenGeometry(stillWindow).topLeft(), QPoint(540, 40));
+    }
+
+    // Two monitors side by side, the left one the main one. A panel on the right monitor is
+    // shown there; unplugged, it comes inside the main one until the monitor is back. One
+    // across both stays where it is, as the main monitor still holds part of it. The
+    // document stays as it was throughout.
+    void panelsOfAnUnpluggedMonitorComeOntoTheMainOneAndGoBack() {
+        setMonitor(QStringLiteral("*left"), QStringLiteral("400/106x600/159+0+0"), kXvfbOutput);
+        setMonitor(QStringLiteral("right"), QStringLiteral("400/106x600/159+400+0"));
+        const Panel away = textPanel(QStringLiteral("Away E2E"), {440, 300, 200, 60});
+        const Panel across = textPanel(QStringLiteral("Across E2E"), {300, 40, 200, 60});
+        const CorkwheelProcess corkwheel({away, across});
+        const WId awayWindow = shownWindowNamed(away.name);
+        const WId acrossWindow = shownWindowNamed(across.name);
+        QVERIFY(awayWindow);
+        QVERIFY(acrossWindow);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(awayWindow).topLeft(), QPoint(440, 300), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(acrossWindow).topLeft(), QPoint(300, 40), kWait);
+        const QByteArray written = documentBytes(corkwheel);
+
+        deleteMonitor(QStringLiteral("right"));
+        // As far right as it fits on the left monitor, at the same height.
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(awayWindow).topLeft(), QPoint(200, 300), kWait);
+        QCOMPARE(screenGeometry(acrossWindow).topLeft(), QPoint(300, 40));
+
+        setMonitor(QStringLiteral("right"), QStringLiteral("400/106x600/159+400+0"));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(awayWindow).topLeft(), QPoint(440, 300), kWait);
+        QCOMPARE(screenGeometry(acrossWindow).topLeft(), QPoint(300, 40));
+        QCOMPARE(documentBytes(corkwheel), written);
+    }
+
+    // The right monitor the main one: a panel dragged from it onto the left one is saved
+    // left of the main monitor's corner.
+    void dragOntoTheOtherMonitorSavesTheFrameFromTheMainOnesCorner() {
+        setMonitor(QStringLiteral("left"), QStringLiteral("400/106x600/159+0+0"));
+        setMonitor(QStringLiteral("*right"), QStringLiteral("400/106x600/159+400+0"), kXvfbOutput);
+        const Panel mover = textPanel(QStringLiteral("Mover E2E"), {40, 100, 200, 60});
+        const CorkwheelProcess corkwheel({mover});
+        const WId window = shownWindowNamed(mover.name);
+        QVERIFY(window);
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window).topLeft(), QPoint(440, 100), kWait);
+
+        QCOMPARE(corkwheel.startAgain({QStringLiteral("--edit-mode")}), 0);
+        const QPoint titleBar(440 + 60, 100 + kBarMiddle);
+        const QPoint bareDesktop(780, 580);
+        QTRY_VERIFY_WITH_TIMEOUT(windowUnderPointer(titleBar) != windowUnderPointer(bareDesktop),
+                                 kWait);
+        drag(titleBar, titleBar + QPoint(-300, 250));
+        QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), QRect(140, 350, 200, 60), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(savedFrame(corkwheel, mover), PanelFrame({-260, 350, 200, 60}),
+                                  kWait);
     }
 };
 

@@ -24,6 +24,9 @@ using Op = RecordingDesktopPlatform::Op;
 namespace {
 
 const PanelFrame kFrame{40, 40, 360, 80};
+// A second monitor right of the main one (RecordingDesktopPlatform's 1920 x 1080).
+const QRect kMainScreen(0, 0, 1920, 1080);
+const QRect kRightScreen(1920, 0, 1280, 1024);
 // Halfway along and down the title bar.
 const QPointF kInTitleBar(180, DesktopPanelHostView::kTitleBarHeight / 2.0);
 
@@ -54,6 +57,12 @@ private:
         controller->apply(m_panel, true, false);
         m_platform.clearCalls();
         return controller;
+    }
+
+    // The panel, in the store too, at `frame`.
+    void placePanel(const PanelFrame& frame) {
+        m_panel.frame = frame;
+        m_fixture = std::make_unique<StoreFixture>(QList<Panel>{m_panel});
     }
 
     QRect windowFrame(const DesktopPanelController& controller) const {
@@ -96,6 +105,93 @@ private Q_SLOTS:
         m_platform.screen = std::nullopt;
         auto controller = makeController();
         QCOMPARE(windowFrame(*controller), QRect(40, 40, 360, 80));
+    }
+
+    void panelOnAnotherMonitorIsShownThereAtItsFrame() {
+        m_platform.otherScreens = {kRightScreen};
+        placePanel({2000, 40, 300, 80});
+        auto controller = makeController();
+        const auto state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(2000, 40, 300, 80));
+        QCOMPARE(state.screen, kRightScreen);
+        QCOMPARE(state.onScreen, QPoint(80, 40));
+    }
+
+    void panelAcrossTwoMonitorsIsShownOnTheOneHoldingMostOfIt() {
+        m_platform.otherScreens = {kRightScreen};
+        placePanel({1800, 40, 300, 80});
+        auto controller = makeController();
+        auto state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(1800, 40, 300, 80));
+        QCOMPARE(state.screen, kRightScreen);
+        QCOMPARE(state.onScreen, QPoint(-120, 40));
+
+        Panel moreOnTheMain = m_panel;
+        moreOnTheMain.frame.x = 1700;
+        controller->apply(moreOnTheMain, false, false);
+        state = m_platform.state(controller->window());
+        QCOMPARE(state.screen, kMainScreen);
+        QCOMPARE(state.onScreen, QPoint(1700, 40));
+    }
+
+    // Its saved frame stays as it was, so the panel goes back once the monitor does.
+    void panelOfAnUnpluggedMonitorIsShownInsideTheMainOneUntilItReturns() {
+        m_platform.otherScreens = {kRightScreen};
+        placePanel({2000, 1000, 300, 80});
+        auto controller = makeController();
+        QSignalSpy changes(&store(), &PanelStore::panelsChanged);
+        m_platform.setScreens(kMainScreen, {});
+        controller->followScreens();
+        auto state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(1620, 1000, 300, 80));
+        QCOMPARE(state.screen, kMainScreen);
+        QCOMPARE(controller->placedFrame(), QRectF(1620, 1000, 300, 80));
+        QCOMPARE(controller->panel().frame, m_panel.frame);
+        QCOMPARE(changes.count(), 0);
+
+        m_platform.setScreens(kMainScreen, {kRightScreen});
+        controller->followScreens();
+        state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(2000, 1000, 300, 80));
+        QCOMPARE(state.screen, kRightScreen);
+    }
+
+    // On Wayland a window goes onto another output only by being made anew, which would end
+    // the drag: it goes over once the drag ends.
+    void dragOntoAnotherMonitorMovesTheWindowThereWhenItEnds() {
+        m_platform.otherScreens = {kRightScreen};
+        auto controller = makeEditableController();
+        // With Shift held: nothing lines up with the screen's edges.
+        Q_EMIT controller->hostView()->moveDragged(QPointF(1900, 10), Qt::ShiftModifier);
+        auto state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(1940, 50, 360, 80));
+        QCOMPARE(state.screen, kMainScreen);
+        QCOMPARE(state.onScreen, QPoint(1940, 50));
+        Q_EMIT controller->hostView()->moveDragEnded();
+        state = m_platform.state(controller->window());
+        QCOMPARE(state.frame, QRect(1940, 50, 360, 80));
+        QCOMPARE(state.screen, kRightScreen);
+        QCOMPARE(state.onScreen, QPoint(20, 50));
+        QCOMPARE(storedPanel().frame, (PanelFrame{1940, 50, 360, 80}));
+    }
+
+    void dragOfAPanelShownInsideTheMainScreenStartsWhereItIsShown() {
+        placePanel({2000, 40, 300, 80});
+        auto controller = makeEditableController();
+        QCOMPARE(windowFrame(*controller), QRect(1620, 40, 300, 80));
+        Q_EMIT controller->hostView()->moveDragged(QPointF(-20, 30), Qt::ShiftModifier);
+        Q_EMIT controller->hostView()->moveDragEnded();
+        QCOMPARE(windowFrame(*controller), QRect(1600, 70, 300, 80));
+        QCOMPARE(storedPanel().frame, (PanelFrame{1600, 70, 300, 80}));
+    }
+
+    void pressWithoutMoveOnAPanelShownInsideTheMainScreenKeepsItsFrame() {
+        placePanel({2000, 40, 300, 80});
+        auto controller = makeEditableController();
+        QCOMPARE(windowFrame(*controller), QRect(1620, 40, 300, 80));
+        Q_EMIT controller->hostView()->moveDragEnded();
+        QCOMPARE(storedPanel().frame, m_panel.frame);
+        QCOMPARE(windowFrame(*controller), QRect(1620, 40, 300, 80));
     }
 
     void frameWithinHalfPointDoesNotMoveWindow() {

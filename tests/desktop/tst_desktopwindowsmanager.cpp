@@ -257,6 +257,26 @@ private Q_SLOTS:
         QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(40, 40, 360, 80));
     }
 
+    // A monitor unplugged takes its panels onto the main screen for as long as it is gone,
+    // and the document stays as it was.
+    void panelsOfAnUnpluggedMonitorComeToTheMainScreenAndGoBack() {
+        const QRect main(0, 0, 1920, 1080);
+        const QRect right(1920, 0, 1280, 1024);
+        m_platform->otherScreens = {right};
+        m_notes.frame = {2000, 140, 280, 210};
+        startWithThreePanels();
+        QTRY_VERIFY_WITH_TIMEOUT(!m_fixture->savedPanels().isEmpty(), 2000);
+        QSignalSpy changed(&store(), &PanelStore::panelsChanged);
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(2000, 140, 280, 210));
+        m_platform->setScreens(main, {});
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(1640, 140, 280, 210));
+        QCOMPARE(m_platform->state(windowOf(m_clock)).frame, QRect(40, 40, 360, 80));
+        m_platform->setScreens(main, {right});
+        QCOMPARE(m_platform->state(windowOf(m_notes)).frame, QRect(2000, 140, 280, 210));
+        QCOMPARE(m_platform->state(windowOf(m_notes)).screen, right);
+        QCOMPARE(changed.count(), 0);
+    }
+
     void mainScreenResizedLeavesPanelsWhereTheyAre() {
         startWithThreePanels();
         m_platform->setScreen(QRect(0, 0, 1280, 720));
@@ -273,13 +293,13 @@ private Q_SLOTS:
         QCOMPARE(controllerOf(m_clock)->panel().frame, m_clock.frame);
     }
 
-    void destroyedManagerStopsWatchingCompositorAndMainScreen() {
+    void destroyedManagerStopsWatchingCompositorAndScreens() {
         startWithThreePanels();
         QVERIFY(m_platform->compositorWatcher);
-        QVERIFY(m_platform->mainScreenWatcher);
+        QVERIFY(m_platform->screensWatcher);
         m_manager.reset();
         QVERIFY(!m_platform->compositorWatcher);
-        QVERIFY(!m_platform->mainScreenWatcher);
+        QVERIFY(!m_platform->screensWatcher);
     }
 
     void dragIsSavedToDocumentAfterTheLastChange() {

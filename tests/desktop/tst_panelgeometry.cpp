@@ -16,6 +16,10 @@ namespace {
 
 const QRect kMainScreen(0, 0, 1920, 1080);
 
+// A second monitor right of the main one, lower and narrower, its top 100 pixels down.
+const QRect kRightScreen(1920, 100, 1280, 1024);
+const QList<QRect> kTwoScreens{kMainScreen, kRightScreen};
+
 } // namespace
 
 class PanelGeometryTest : public QObject {
@@ -93,6 +97,115 @@ private Q_SLOTS:
         QFETCH(bool, same);
         QCOMPARE(PanelGeometry::isSameFrame({40, 40, 360, 80}, other), same);
         QCOMPARE(PanelGeometry::isSameFrame(other, {40, 40, 360, 80}), same);
+    }
+
+    void screenHoldingIsTheOneWithTheLargerPartOfTheFrame_data() {
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<std::optional<QRect>>("screen");
+        QTest::newRow("inside the main") << QRectF(40, 40, 300, 80) << std::optional(kMainScreen);
+        QTest::newRow("inside the other")
+            << QRectF(2000, 200, 300, 80) << std::optional(kRightScreen);
+        QTest::newRow("more on the other")
+            << QRectF(1800, 200, 300, 80) << std::optional(kRightScreen);
+        QTest::newRow("more on the main")
+            << QRectF(1700, 200, 300, 80) << std::optional(kMainScreen);
+        // 120 wide on each, all its 180 rows on the main, the lower 100 on the other.
+        QTest::newRow("as wide on each, higher on the main")
+            << QRectF(1800, 20, 240, 180) << std::optional(kMainScreen);
+        QTest::newRow("half on each") << QRectF(1770, 200, 300, 80) << std::optional(kMainScreen);
+        QTest::newRow("a fraction more on the other")
+            << QRectF(1770.5, 200, 300, 80) << std::optional(kRightScreen);
+        QTest::newRow("above the other, right of the main")
+            << QRectF(2000, 0, 300, 80) << std::optional<QRect>();
+        QTest::newRow("left of every screen")
+            << QRectF(-400, 40, 300, 80) << std::optional<QRect>();
+        QTest::newRow("touching the main's edge")
+            << QRectF(-300, 40, 300, 80) << std::optional<QRect>();
+    }
+
+    void screenHoldingIsTheOneWithTheLargerPartOfTheFrame() {
+        QFETCH(QRectF, frame);
+        QFETCH(std::optional<QRect>, screen);
+        QCOMPARE(PanelGeometry::screenHolding(frame, kTwoScreens), screen);
+    }
+
+    void screenHoldingWithoutScreensIsNone() {
+        QCOMPARE(PanelGeometry::screenHolding(QRectF(40, 40, 300, 80), {}), std::nullopt);
+    }
+
+    void clampedInsideMovesTheLeastThatFits_data() {
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<QRectF>("clamped");
+        QTest::newRow("inside already") << QRectF(40.5, 40, 300, 80) << QRectF(40.5, 40, 300, 80);
+        QTest::newRow("beyond the right edge")
+            << QRectF(2000, 300, 300, 80) << QRectF(1620, 300, 300, 80);
+        QTest::newRow("beyond the bottom right corner")
+            << QRectF(1800.25, 1100, 300, 80) << QRectF(1620, 1000, 300, 80);
+        QTest::newRow("above and left") << QRectF(-50, -10, 300, 80) << QRectF(0, 0, 300, 80);
+        QTest::newRow("wider and higher than the screen")
+            << QRectF(500, 500, 2500, 1200) << QRectF(0, 0, 2500, 1200);
+    }
+
+    void clampedInsideMovesTheLeastThatFits() {
+        QFETCH(QRectF, frame);
+        QFETCH(QRectF, clamped);
+        QCOMPARE(PanelGeometry::clampedInside(frame, kMainScreen), clamped);
+    }
+
+    void clampedInsideAScreenAwayFromTheOrigin() {
+        QCOMPARE(PanelGeometry::clampedInside(QRectF(0, 0, 300, 80), kRightScreen),
+                 QRectF(1920, 100, 300, 80));
+    }
+
+    // Where a monitor was unplugged, its panels come onto the main screen, inside it; a
+    // panel that some screen still holds part of stays where it is.
+    void shownFrameIsTheFrameUnlessNoScreenHoldsIt_data() {
+        QTest::addColumn<QList<QRect>>("screens");
+        QTest::addColumn<QRectF>("frame");
+        QTest::addColumn<QRectF>("shown");
+        QTest::newRow("on the other screen")
+            << kTwoScreens << QRectF(2000, 200, 300, 80) << QRectF(2000, 200, 300, 80);
+        QTest::newRow("across both")
+            << kTwoScreens << QRectF(1800, 200, 300, 80) << QRectF(1800, 200, 300, 80);
+        QTest::newRow("its screen unplugged")
+            << QList<QRect>{kMainScreen} << QRectF(2000, 200, 300, 80)
+            << QRectF(1620, 200, 300, 80);
+        QTest::newRow("partly on the main still")
+            << QList<QRect>{kMainScreen} << QRectF(1800, 200, 300, 80)
+            << QRectF(1800, 200, 300, 80);
+        QTest::newRow("below the other, the main right of it")
+            << QList<QRect>{kRightScreen, kMainScreen} << QRectF(1950, 1200, 300, 80)
+            << QRectF(1950, 1044, 300, 80);
+        QTest::newRow("no screens")
+            << QList<QRect>{} << QRectF(5000, 200, 300, 80) << QRectF(5000, 200, 300, 80);
+    }
+
+    void shownFrameIsTheFrameUnlessNoScreenHoldsIt() {
+        QFETCH(QList<QRect>, screens);
+        QFETCH(QRectF, frame);
+        QFETCH(QRectF, shown);
+        QCOMPARE(PanelGeometry::shownFrame(frame, screens), shown);
+    }
+
+    // A layer surface's margins: the rounded frame's corner from its output's corner.
+    void windowPlaceIsMeasuredFromItsScreen() {
+        const WindowPlace place =
+            PanelGeometry::windowPlace(QRectF(2000.4, 220.6, 300, 80), kRightScreen);
+        QCOMPARE(place.frame, QRect(2000, 221, 300, 80));
+        QCOMPARE(place.screen, kRightScreen);
+        QCOMPARE(place.onScreen, QPoint(80, 121));
+    }
+
+    void windowPlaceOnAScreenLeftOfTheOriginIsPositive() {
+        const QRect left(-1280, 0, 1280, 1024);
+        QCOMPARE(PanelGeometry::windowPlace(QRectF(-1160, 40, 300, 80), left).onScreen,
+                 QPoint(120, 40));
+    }
+
+    void windowPlaceWithoutScreenIsTheFrameFromTheOrigin() {
+        const WindowPlace place = PanelGeometry::windowPlace(QRectF(40, 50, 300, 80), QRect());
+        QCOMPARE(place.frame, QRect(40, 50, 300, 80));
+        QCOMPARE(place.onScreen, QPoint(40, 50));
     }
 
     void windowRectRoundsEachComponentToNearest() {

@@ -13,6 +13,7 @@
 #include "support/ScreenPanels.h"
 #include "support/ScreenPixels.h"
 #include "support/StoreFixture.h"
+#include "support/WaylandPointer.h"
 
 #include "desktop/DesktopPanelHostView.h"
 #include "desktop/DesktopWindowsManager.h"
@@ -75,59 +76,6 @@ constexpr QSize kFloatingSize(160, 80);
 // Halfway down a panel's title bar, in edit mode.
 constexpr int kBarMiddle = DesktopPanelHostView::kTitleBarHeight / 2;
 
-// The pointer, a virtual device of the compositor's that this test moves and presses.
-class Pointer {
-public:
-    bool plugIn() {
-        m_device.start(
-            QStringLiteral(CORKWHEEL_POINTER_DEVICE),
-            {QString::number(kOutputSize.width()), QString::number(kOutputSize.height())});
-        return answer() == "ready";
-    }
-
-    ~Pointer() {
-        m_device.closeWriteChannel();
-        if (!m_device.waitForFinished(kWait))
-            m_device.kill();
-    }
-
-    bool moveTo(QPoint at) { return command(QStringLiteral("move %1 %2").arg(at.x()).arg(at.y())); }
-
-    void click(QPoint at) {
-        moveTo(at);
-        command(QStringLiteral("press"));
-        command(QStringLiteral("release"));
-    }
-
-    // A press at `from`, the pointer moved in steps to `to`, and the release there.
-    void drag(QPoint from, QPoint to) {
-        moveTo(from);
-        command(QStringLiteral("press"));
-        constexpr int kSteps = 10;
-        for (int step = 1; step <= kSteps; ++step) {
-            moveTo(from + (to - from) * step / kSteps);
-            QTest::qWait(20);
-        }
-        command(QStringLiteral("release"));
-    }
-
-private:
-    bool command(const QString& line) {
-        m_device.write(line.toUtf8() + '\n');
-        return answer() == "ok";
-    }
-
-    // The device's next line, while this process goes on handling its own windows' events.
-    QByteArray answer() {
-        QElapsedTimer timer;
-        timer.start();
-        while (!m_device.canReadLine() && timer.elapsed() < kWait)
-            QTest::qWait(5);
-        return m_device.readLine().trimmed();
-    }
-
-    QProcess m_device;
-};
 // Counts the presses of the mouse that reach any window of this process but `besides`.
 class PressCounter : public QObject {
 public:
@@ -157,7 +105,7 @@ private:
     std::unique_ptr<DesktopPlatform> m_platform;
     std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
-    Pointer m_pointer;
+    WaylandPointer m_pointer;
 
     Panel m_alpha = filledPanel(QStringLiteral("E2E Alpha"), {100, 100, 300, 80});
     Panel m_beta = filledPanel(QStringLiteral("E2E Beta"), {500, 300, 300, 80});
@@ -196,7 +144,8 @@ private Q_SLOTS:
         QVERIFY2(missing.isEmpty(), qPrintable(missing));
         QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland"));
         QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel({5, 5}), kDesktopColor), kWait);
-        QVERIFY2(m_pointer.plugIn(), "the compositor takes no virtual pointer");
+        QVERIFY2(m_pointer.plugIn(QStringLiteral(CORKWHEEL_POINTER_DEVICE), kOutputSize),
+                 "the compositor takes no virtual pointer");
     }
 
     void cleanup() {

@@ -38,6 +38,9 @@ public:
 
     struct WindowState {
         QRect frame;
+        // The screen it is shown on, and its place there.
+        QRect screen;
+        QPoint onScreen;
         bool shown = false;
         bool pinned = true;
         bool closed = false;
@@ -50,9 +53,11 @@ public:
         record(Op::SetPinned, window);
         m_windows[window].pinned = pinned;
     }
-    void setFrame(QWidget* window, const QRect& frame) override {
+    void setFrame(QWidget* window, const WindowPlace& place) override {
         record(Op::SetFrame, window);
-        m_windows[window].frame = frame;
+        m_windows[window].frame = place.frame;
+        m_windows[window].screen = place.screen;
+        m_windows[window].onScreen = place.onScreen;
     }
     QRect frame(const QWidget* window) const override { return state(window).frame; }
     void orderFront(QWidget* window) override {
@@ -71,16 +76,26 @@ public:
             onClose(window);
     }
     std::optional<QRect> mainScreenGeometry() const override { return screen; }
+    QList<QRect> screens() const override {
+        QList<QRect> all;
+        if (screen)
+            all.append(*screen);
+        return all + otherScreens;
+    }
     std::optional<QRect> workAreaAt(QPoint) const override { return workArea ? workArea : screen; }
-    void watchMainScreen(std::function<void()> changed) override {
-        mainScreenWatcher = std::move(changed);
+    void watchScreens(std::function<void()> changed) override {
+        screensWatcher = std::move(changed);
     }
     // Another main screen, or the same one moved or resized, as the window system would
     // report it.
-    void setScreen(const std::optional<QRect>& geometry) {
-        screen = geometry;
-        if (mainScreenWatcher)
-            mainScreenWatcher();
+    void setScreen(const std::optional<QRect>& geometry) { setScreens(geometry, otherScreens); }
+    // Monitors plugged in or unplugged beside the main screen, as the window system would
+    // report it.
+    void setScreens(const std::optional<QRect>& main, const QList<QRect>& others) {
+        screen = main;
+        otherScreens = others;
+        if (screensWatcher)
+            screensWatcher();
     }
     bool hasCompositor() const override { return compositor; }
     void watchCompositor(std::function<void()> changed) override {
@@ -118,13 +133,15 @@ public:
     }
 
     std::optional<QRect> screen = QRect(0, 0, 1920, 1080);
+    // The screens besides the main one.
+    QList<QRect> otherScreens;
     // The screen less the desktop's docks and panels; the whole screen when none.
     std::optional<QRect> workArea;
     bool compositor = true;
     // Whether the compositor blurs behind the glass, as KWin's blur effect does.
     bool blurOffered = false;
     std::function<void()> compositorWatcher;
-    std::function<void()> mainScreenWatcher;
+    std::function<void()> screensWatcher;
     // Called after a window was closed, to look at what else was true at that moment.
     std::function<void(const QWidget*)> onClose;
 
