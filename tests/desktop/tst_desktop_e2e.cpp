@@ -10,6 +10,7 @@
 
 #include "support/Contrast.h"
 #include "support/EditorOnDisplay.h"
+#include "support/InProcessDesktop.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/ScreenPanels.h"
@@ -148,7 +149,7 @@ private:
 
 } // namespace
 
-class DesktopEndToEndTest : public QObject {
+class DesktopEndToEndTest : public QObject, public InProcessDesktop {
     Q_OBJECT
 
 public:
@@ -158,9 +159,6 @@ private:
     bool m_hasDisplay;
     PrivateConfigHome m_configHome;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
-    std::unique_ptr<StoreFixture> m_fixture;
-    std::unique_ptr<DesktopPlatform> m_platform;
-    std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
 
     Panel m_alpha = filledPanel(QStringLiteral("E2E Alpha"), {100, 100, 300, 80});
@@ -175,27 +173,8 @@ private:
         return shownWindowNamed(shown.name);
     }
 
-    // The store and the windows manager in this process, as the application has them.
-    void startInProcess(const QList<Panel>& panels) {
-        m_fixture = std::make_unique<StoreFixture>(panels);
-        if (!m_platform)
-            m_platform = DesktopPlatform::create();
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
-                                                            RunnerServices::shared());
-    }
-
-    PanelStore& store() { return *m_fixture->store; }
-
     WId windowOf(const Panel& panel) const {
         return m_manager->controller(panel.id)->window()->winId();
-    }
-
-    PanelFrame savedFrame(const Panel& panel) const {
-        for (const Panel& saved : m_fixture->savedPanels()) {
-            if (saved.id == panel.id)
-                return saved.frame;
-        }
-        return {};
     }
 
     static bool panelIsSeenAt(QPoint at) { return isColor(screenPixel(at), kPanelColor); }

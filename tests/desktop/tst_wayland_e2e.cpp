@@ -9,6 +9,7 @@
 
 #include "support/Contrast.h"
 #include "support/CorkwheelProcess.h"
+#include "support/InProcessDesktop.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
 #include "support/ScreenPixels.h"
@@ -97,37 +98,16 @@ private:
 
 } // namespace
 
-class WaylandEndToEndTest : public QObject {
+class WaylandEndToEndTest : public QObject, public InProcessDesktop {
     Q_OBJECT
 
 private:
-    std::unique_ptr<StoreFixture> m_fixture;
-    std::unique_ptr<DesktopPlatform> m_platform;
-    std::unique_ptr<DesktopWindowsManager> m_manager;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
     WaylandPointer m_pointer;
 
     Panel m_alpha = filledPanel(QStringLiteral("E2E Alpha"), {100, 100, 300, 80});
     Panel m_beta = filledPanel(QStringLiteral("E2E Beta"), {500, 300, 300, 80});
     Panel m_off = filledPanel(QStringLiteral("E2E Off"), {100, 600, 240, 60}, false);
-
-    void startInProcess(const QList<Panel>& panels) {
-        m_fixture = std::make_unique<StoreFixture>(panels);
-        if (!m_platform)
-            m_platform = DesktopPlatform::create();
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
-                                                            RunnerServices::shared());
-    }
-
-    PanelStore& store() { return *m_fixture->store; }
-
-    PanelFrame savedFrame(const Panel& panel) const {
-        for (const Panel& saved : m_fixture->savedPanels()) {
-            if (saved.id == panel.id)
-                return saved.frame;
-        }
-        return {};
-    }
 
     void openWindowOver(const QRect& panel) {
         m_ordinary = std::make_unique<OrdinaryWindow>();

@@ -8,6 +8,7 @@
 // grim, and the pointer, moved with a virtual device of sway's.
 
 #include "support/CorkwheelProcess.h"
+#include "support/InProcessDesktop.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
 #include "support/ScreenPixels.h"
@@ -92,33 +93,12 @@ QString plugInSecondOutput() {
 
 } // namespace
 
-class WaylandScreensEndToEndTest : public QObject {
+class WaylandScreensEndToEndTest : public QObject, public InProcessDesktop {
     Q_OBJECT
 
 private:
-    std::unique_ptr<StoreFixture> m_fixture;
-    std::unique_ptr<DesktopPlatform> m_platform;
-    std::unique_ptr<DesktopWindowsManager> m_manager;
     WaylandPointer m_pointer;
     QString m_secondOutput;
-
-    void startInProcess(const QList<Panel>& panels) {
-        m_fixture = std::make_unique<StoreFixture>(panels);
-        if (!m_platform)
-            m_platform = DesktopPlatform::create();
-        m_manager = std::make_unique<DesktopWindowsManager>(*m_fixture->store, *m_platform,
-                                                            RunnerServices::shared());
-    }
-
-    PanelStore& store() { return *m_fixture->store; }
-
-    PanelFrame savedFrame(const Panel& panel) const {
-        for (const Panel& saved : m_fixture->savedPanels()) {
-            if (saved.id == panel.id)
-                return saved.frame;
-        }
-        return {};
-    }
 
 private Q_SLOTS:
     void initTestCase() {
