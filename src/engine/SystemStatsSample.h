@@ -2,9 +2,16 @@
 
 #pragma once
 
+#include "engine/BatteryReading.h"
 #include "engine/DiskInfo.h"
+#include "engine/FanReading.h"
+#include "engine/LoadAverage.h"
+#include "engine/SwapReading.h"
+#include "engine/TemperatureReading.h"
 
 #include <QList>
+
+#include <optional>
 
 namespace corkwheel {
 
@@ -17,6 +24,19 @@ struct SystemStatsSample {
     double memoryTotalGB = 0;
     // In display order.
     QList<DiskInfo> disks;
+
+    // The readings of the rows a panel may ask for, taken only when it does; empty or
+    // nothing otherwise, and where a reading failed.
+    // Each logical CPU's busy share, 0..1, in the kernel's order.
+    QList<double> coreUsages;
+    std::optional<SwapReading> swap;
+    std::optional<LoadAverage> load;
+    // How many logical CPUs are online: what a load of "fully busy" is.
+    int onlineCpus = 0;
+    QList<TemperatureReading> temperatures;
+    QList<FanReading> fans;
+    // Nothing on a machine without a battery.
+    std::optional<BatteryReading> battery;
 
     // What a panel shows before its first reading.
     static SystemStatsSample zero() { return {}; }

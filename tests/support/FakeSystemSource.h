@@ -37,6 +37,7 @@ public:
 
     bool mountTableChanged() const override { return m_mountTableChanged; }
     double physicalMemoryBytes() const override { return m_physicalMemoryBytes; }
+    int onlineCpuCount() const override { return m_onlineCpuCount; }
 
     void setCapacity(const QString& mountPoint, quint64 totalBytes, quint64 availableBytes) {
         const std::lock_guard lock(m_questionsMutex);
@@ -49,6 +50,7 @@ public:
     // Until told otherwise the fake says every time that the mount table may have changed.
     void setMountTableChanged(bool changed) { m_mountTableChanged = changed; }
     void setPhysicalMemoryBytes(double bytes) { m_physicalMemoryBytes = bytes; }
+    void setOnlineCpuCount(int count) { m_onlineCpuCount = count; }
 
     // Questions about the mount point wait until releaseCapacities().
     void makeCapacityStuck(const QString& mountPoint) {
@@ -77,6 +79,7 @@ private:
     QHash<QString, std::optional<corkwheel::VolumeCapacity>> m_capacities;
     bool m_mountTableChanged = true;
     double m_physicalMemoryBytes = 0;
+    int m_onlineCpuCount = 4;
 };
 
 } // namespace corkwheel::test
