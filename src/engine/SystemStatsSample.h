@@ -8,6 +8,7 @@
 #include "engine/LoadAverage.h"
 #include "engine/SwapReading.h"
 #include "engine/TemperatureReading.h"
+#include "model/StatsRows.h"
 
 #include <QList>
 
@@ -25,18 +26,20 @@ struct SystemStatsSample {
     // In display order.
     QList<DiskInfo> disks;
 
-    // The readings of the rows a panel may ask for, taken only when it does; empty or
-    // nothing otherwise, and where a reading failed.
+    // The rows a panel may ask for whose readings this sample took: the panel asked for them
+    // when it was taken. The readings of the others are empty or nothing, as are those that
+    // failed.
+    StatsRows rowsRead = {};
     // Each logical CPU's busy share, 0..1, in the kernel's order.
-    QList<double> coreUsages;
-    std::optional<SwapReading> swap;
-    std::optional<LoadAverage> load;
+    QList<double> coreUsages = {};
+    std::optional<SwapReading> swap = {};
+    std::optional<LoadAverage> load = {};
     // How many logical CPUs are online: what a load of "fully busy" is.
     int onlineCpus = 0;
-    QList<TemperatureReading> temperatures;
-    QList<FanReading> fans;
+    QList<TemperatureReading> temperatures = {};
+    QList<FanReading> fans = {};
     // Nothing on a machine without a battery.
-    std::optional<BatteryReading> battery;
+    std::optional<BatteryReading> battery = {};
 
     // What a panel shows before its first reading.
     static SystemStatsSample zero() { return {}; }
