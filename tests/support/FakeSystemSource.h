@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QSet>
+#include <QStringList>
 
 #include <condition_variable>
 #include <mutex>
@@ -23,6 +24,27 @@ public:
         releaseCapacities();
         std::unique_lock lock(m_questionsMutex);
         m_released.wait(lock, [&] { return m_questionsInside == 0; });
+    }
+
+    // Files are read from other threads too: each path read is counted under the lock.
+    std::optional<QByteArray> readFile(const QString& path) const override {
+        {
+            const std::lock_guard lock(m_questionsMutex);
+            m_pathsRead.append(path);
+        }
+        return FakeKernelFiles::readFile(path);
+    }
+    QStringList entryNames(const QString& directory) const override {
+        {
+            const std::lock_guard lock(m_questionsMutex);
+            m_pathsRead.append(directory);
+        }
+        return FakeKernelFiles::entryNames(directory);
+    }
+    // Every file read and folder listed so far, in turn.
+    QStringList pathsRead() const {
+        const std::lock_guard lock(m_questionsMutex);
+        return m_pathsRead;
     }
 
     std::optional<corkwheel::VolumeCapacity> capacity(const QString& mountPoint) const override {
@@ -74,6 +96,7 @@ private:
     mutable std::mutex m_questionsMutex;
     mutable std::condition_variable m_released;
     mutable QHash<QString, int> m_questions;
+    mutable QStringList m_pathsRead;
     mutable int m_questionsInside = 0;
     QSet<QString> m_stuck;
     QHash<QString, std::optional<corkwheel::VolumeCapacity>> m_capacities;
