@@ -106,6 +106,8 @@ private Q_SLOTS:
         QCOMPARE(parseSysfsInteger("9223372036854775807"),
                  std::optional<qint64>(std::numeric_limits<qint64>::max()));
         QVERIFY(!parseSysfsInteger("9223372036854775808"));
+        QVERIFY(!parseSysfsInteger("99999999999999999999"));
+        QVERIFY(!parseSysfsInteger("-9223372036854775809"));
         QVERIFY(!parseSysfsInteger(""));
         QVERIFY(!parseSysfsInteger("-"));
         QVERIFY(!parseSysfsInteger("+5"));
