@@ -5,6 +5,7 @@
 #include "editor/GeneralSection.h"
 #include "editor/PositionSection.h"
 #include "editor/PreviewSection.h"
+#include "editor/StatsSection.h"
 #include "engine/PanelRunner.h"
 #include "model/PanelStore.h"
 #include "render/PanelContentView.h"
@@ -125,8 +126,33 @@ void InspectorView::reload() {
 
 void InspectorView::showPanel(const Panel& panel) {
     m_title->setText(panel.name);
+    matchStatsSection(panel.type);
     for (InspectorSection* section : std::as_const(m_sections))
         section->showPanel(panel);
+}
+
+// The section of a system-stats panel's rows comes after its Source section; a panel of
+// another type has none.
+void InspectorView::matchStatsSection(PanelType type) {
+    const bool wanted = type == PanelType::SystemStats;
+    if (wanted == (m_statsSection != nullptr))
+        return;
+    if (!wanted) {
+        m_sections.removeOne(m_statsSection);
+        delete m_statsSection;
+        m_statsSection = nullptr;
+        return;
+    }
+    m_statsSection = new StatsSection;
+    auto* layout = static_cast<QVBoxLayout*>(m_scrollArea->widget()->layout());
+    const auto source =
+        std::find_if(m_sections.cbegin(), m_sections.cend(), [](InspectorSection* s) {
+            return qobject_cast<SourceSection*>(s) != nullptr;
+        });
+    const int at = layout->indexOf(*source) + 1;
+    layout->insertWidget(at, m_statsSection);
+    m_sections.insert(source - m_sections.cbegin() + 1, m_statsSection);
+    connect(m_statsSection, &InspectorSection::edited, this, &InspectorView::edit);
 }
 
 } // namespace corkwheel

@@ -24,6 +24,7 @@ class PanelContentView;
 class PanelRunner;
 class PanelStore;
 class PreviewSection;
+class StatsSection;
 
 // The editor's detail column: a form that edits every property of one panel, under a live
 // preview drawn by a runner of its own. Each edit hands the whole panel to the store at
@@ -59,6 +60,7 @@ private:
     void edit(const std::function<void(Panel&)>& change);
     void reload();
     void showPanel(const Panel& panel);
+    void matchStatsSection(PanelType type);
 
     PanelStore& m_store;
     QUuid m_panelID;
@@ -73,6 +75,8 @@ private:
     QLabel* m_title = nullptr;
     PreviewSection* m_preview = nullptr;
     QList<InspectorSection*> m_sections;
+    // Only a system-stats panel has this section.
+    StatsSection* m_statsSection = nullptr;
 };
 
 } // namespace corkwheel

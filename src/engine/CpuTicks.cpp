@@ -29,6 +29,16 @@ std::optional<QList<quint64>> parseColumns(const QByteArrayList& fields) {
     return columns;
 }
 
+// Guest time is already part of user and nice, so it is not added again.
+std::optional<CpuTicks> ticksFromFields(const QByteArrayList& fields) {
+    const auto columns = parseColumns(fields);
+    if (!columns)
+        return std::nullopt;
+    const auto& c = *columns;
+    return CpuTicks{c[User], c[Nice], c[System] + c[Irq] + c[SoftIrq] + c[Steal],
+                    c[Idle] + c[IoWait]};
+}
+
 } // namespace
 
 std::optional<CpuTicks> parseCpuTicks(QByteArrayView procStat) {
@@ -37,13 +47,11 @@ std::optional<CpuTicks> parseCpuTicks(QByteArrayView procStat) {
     const QByteArrayList fields = firstLine.simplified().split(' ');
     if (fields.first() != "cpu")
         return std::nullopt;
-    const auto columns = parseColumns(fields);
-    if (!columns)
-        return std::nullopt;
-    const auto& c = *columns;
-    // Guest time is already part of user and nice, so it is not added again.
-    return CpuTicks{c[User], c[Nice], c[System] + c[Irq] + c[SoftIrq] + c[Steal],
-                    c[Idle] + c[IoWait]};
+    return ticksFromFields(fields);
+}
+
+std::optional<CpuTicks> parseCpuLine(QByteArrayView line) {
+    return ticksFromFields(line.toByteArray().simplified().split(' '));
 }
 
 double cpuBusyShare(const CpuTicks& previous, const CpuTicks& current) {

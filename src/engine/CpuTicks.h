@@ -26,6 +26,10 @@ struct CpuTicks {
 // The aggregate "cpu" line at the top of /proc/stat; nothing when it is missing or short.
 std::optional<CpuTicks> parseCpuTicks(QByteArrayView procStat);
 
+// The counters of one line of /proc/stat, whatever its label ("cpu", "cpu3"); nothing when
+// the line is short or a counter does not read.
+std::optional<CpuTicks> parseCpuLine(QByteArrayView line);
+
 // Share of the time between two readings that the CPU was busy (nice counts as busy), in
 // 0..1. A counter that passed its maximum between the readings still gives its small true
 // difference; no time at all between the readings gives 0.

@@ -21,6 +21,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <memory>
 
 namespace corkwheel {
 
@@ -31,7 +32,8 @@ namespace {
 bool contentDiffers(const Panel& a, const Panel& b) {
     return a.type != b.type || a.shellCommand != b.shellCommand || a.filePath != b.filePath ||
            a.textTemplate != b.textTemplate || a.clockFormat != b.clockFormat ||
-           a.imageSource != b.imageSource || a.webpageURL != b.webpageURL;
+           a.imageSource != b.imageSource || a.webpageURL != b.webpageURL ||
+           a.systemStats.rows != b.systemStats.rows;
 }
 
 constexpr std::chrono::seconds kWebpageTimeout{60};
@@ -198,19 +200,54 @@ void PanelRunner::readFile(const QString& path) {
     m_fileReader->read(path);
 }
 
+// Only the rows the panel shows are read: a panel that asks for none reads what it always
+// did. The sensors, the batteries and the volumes answer in their own time, on other
+// threads; the figures are published together once all of them did.
 void PanelRunner::refreshStats() {
-    SystemStatsSample sample;
-    const MemoryReading memory = m_services.systemStats->sampleMemory();
-    sample.cpuUsage = m_services.systemStats->sampleCPU();
-    sample.memoryUsedFraction = memory.usedFraction;
-    sample.memoryUsedGB = memory.usedGB;
-    sample.memoryTotalGB = memory.totalGB;
-    // The volumes' file systems answer in their own time; the figures are published
-    // together once they did.
-    m_services.systemStats->sampleDisks(this, [this, sample](const QList<DiskInfo>& disks) mutable {
-        sample.disks = disks;
-        m_stats = sample;
+    SystemStatsSampler& sampler = *m_services.systemStats;
+    const StatsRows rows = m_panel.systemStats.rows;
+    auto sample = std::make_shared<SystemStatsSample>();
+    const MemoryReading memory = sampler.sampleMemory();
+    sample->cpuUsage = sampler.sampleCPU();
+    sample->memoryUsedFraction = memory.usedFraction;
+    sample->memoryUsedGB = memory.usedGB;
+    sample->memoryTotalGB = memory.totalGB;
+    sample->rowsRead = rows;
+    if (rows.cores)
+        sample->coreUsages = sampler.sampleCores();
+    if (rows.load) {
+        sample->load = sampler.sampleLoad();
+        sample->onlineCpus = sampler.onlineCpuCount();
+    }
+    if (rows.swap)
+        sample->swap = sampler.sampleSwap();
+
+    auto unanswered =
+        std::make_shared<int>(1 + int(rows.temperatures) + int(rows.fans) + int(rows.battery));
+    const auto answered = [this, sample, unanswered] {
+        if (--*unanswered > 0)
+            return;
+        m_stats = *sample;
         Q_EMIT statsChanged(m_stats);
+    };
+    if (rows.temperatures)
+        sampler.sampleTemperatures(this, [sample, answered](const auto& temperatures) {
+            sample->temperatures = temperatures;
+            answered();
+        });
+    if (rows.fans)
+        sampler.sampleFans(this, [sample, answered](const auto& fans) {
+            sample->fans = fans;
+            answered();
+        });
+    if (rows.battery)
+        sampler.sampleBattery(this, [sample, answered](const auto& battery) {
+            sample->battery = battery;
+            answered();
+        });
+    sampler.sampleDisks(this, [sample, answered](const QList<DiskInfo>& disks) {
+        sample->disks = disks;
+        answered();
     });
 
     m_networkHistory.append(m_services.networkStats->sample());

@@ -6,6 +6,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -29,6 +30,11 @@ public:
         const long pages = ::sysconf(_SC_PHYS_PAGES);
         const long pageSize = ::sysconf(_SC_PAGE_SIZE);
         return pages > 0 && pageSize > 0 ? double(pages) * double(pageSize) : 0.0;
+    }
+
+    int onlineCpuCount() const override {
+        const long count = ::sysconf(_SC_NPROCESSORS_ONLN);
+        return count > 0 ? int(std::min<long>(count, 1 << 20)) : 1;
     }
 
 private:

@@ -20,6 +20,8 @@ public:
     virtual bool mountTableChanged() const = 0;
     // The machine's physical memory, known even when /proc/meminfo can't be read.
     virtual double physicalMemoryBytes() const = 0;
+    // How many logical CPUs are online; at least 1.
+    virtual int onlineCpuCount() const = 0;
 
     // This machine.
     static const SystemSource& real();

@@ -2,6 +2,10 @@
 
 #include "engine/SystemStatsSampler.h"
 
+#include "engine/Batteries.h"
+#include "engine/Fans.h"
+#include "engine/Temperatures.h"
+
 #include <QCoreApplication>
 #include <QThread>
 
@@ -20,8 +24,13 @@ void requireMainThread() {
 
 } // namespace
 
-SystemStatsSampler::SystemStatsSampler(const SystemSource& source, const Clock& clock)
-    : m_source(source), m_clock(clock), m_disks(source, clock) {}
+SystemStatsSampler::SystemStatsSampler(const SystemSource& source, const Clock& clock,
+                                       std::chrono::milliseconds sensorTimeLimit)
+    : m_source(source), m_clock(clock), m_disks(source, clock),
+      m_temperatures([&source] { return corkwheel::Temperatures::read(source); }, clock,
+                     sensorTimeLimit),
+      m_fans([&source] { return corkwheel::Fans::read(source); }, clock, sensorTimeLimit),
+      m_battery([&source] { return corkwheel::Batteries::read(source); }, clock, sensorTimeLimit) {}
 
 SystemStatsSampler& SystemStatsSampler::shared() {
     static SystemStatsSampler sampler(SystemSource::real(), Clock::system());
@@ -61,6 +70,49 @@ MemoryReading SystemStatsSampler::sampleMemory() {
 void SystemStatsSampler::sampleDisks(QObject* receiver, DiskSampler::Ready ready) {
     requireMainThread();
     m_disks.sample(receiver, std::move(ready));
+}
+
+QList<double> SystemStatsSampler::sampleCores() {
+    requireMainThread();
+    const double now = m_clock.monotonicSeconds();
+    if (const auto recent = m_recentCores.at(now))
+        return *recent;
+    const auto stat = m_source.readFile(QStringLiteral("/proc/stat"));
+    if (!stat)
+        return {};
+    QList<CoreTicks> current = parseCoreTicks(*stat);
+    // The first reading has no baseline: every core reads 0, as the machine's CPU does.
+    const QList<double> shares =
+        coreBusyShares(m_previousCoreTicks.isEmpty() ? current : m_previousCoreTicks, current);
+    m_previousCoreTicks = std::move(current);
+    m_recentCores.keep(shares, now);
+    return shares;
+}
+
+std::optional<SwapReading> SystemStatsSampler::sampleSwap() {
+    const auto meminfo = m_source.readFile(QStringLiteral("/proc/meminfo"));
+    return meminfo ? swapReadingFromMeminfo(*meminfo) : std::nullopt;
+}
+
+std::optional<LoadAverage> SystemStatsSampler::sampleLoad() {
+    const auto loadavg = m_source.readFile(QStringLiteral("/proc/loadavg"));
+    return loadavg ? parseLoadAverage(*loadavg) : std::nullopt;
+}
+
+void SystemStatsSampler::sampleTemperatures(QObject* receiver,
+                                            OffThreadReading<Temperatures>::Ready ready) {
+    requireMainThread();
+    m_temperatures.sample(receiver, std::move(ready));
+}
+
+void SystemStatsSampler::sampleFans(QObject* receiver, OffThreadReading<Fans>::Ready ready) {
+    requireMainThread();
+    m_fans.sample(receiver, std::move(ready));
+}
+
+void SystemStatsSampler::sampleBattery(QObject* receiver, OffThreadReading<Battery>::Ready ready) {
+    requireMainThread();
+    m_battery.sample(receiver, std::move(ready));
 }
 
 } // namespace corkwheel

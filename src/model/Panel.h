@@ -5,6 +5,7 @@
 #include "model/PanelFrame.h"
 #include "model/PanelStyle.h"
 #include "model/PanelType.h"
+#include "model/SystemStatsOptions.h"
 
 #include <QString>
 #include <QUuid>
@@ -28,6 +29,8 @@ struct Panel {
     QString clockFormat;
     QString imageSource;
     QString webpageURL;
+    // Used by system-stats panels only.
+    SystemStatsOptions systemStats;
 
     bool operator==(const Panel&) const = default;
 

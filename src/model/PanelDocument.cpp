@@ -61,9 +61,12 @@ Json encodeValue(TextAlignmentOption alignment) {
 }
 
 template <DocumentObject Object> Json encodeValue(const Object& object) {
+    [[maybe_unused]] static const Object defaults{};
     Json json = Json::object();
-    forEachDocumentField(object, [&json](std::string_view key, const auto& member) {
-        json[std::string(key)] = encodeValue(member);
+    forEachDocumentEntry(object, [&json](const auto& field, const auto& member) {
+        if (field.presence == KeyPresence::WrittenWhenSet && member == defaults.*field.member)
+            return;
+        json[std::string(field.key)] = encodeValue(member);
     });
     return json;
 }

@@ -23,7 +23,8 @@ using Json = nlohmann::json;
 
 // Where the value of one key goes. Objects nested in a panel are filled in place.
 using Target = std::variant<double*, bool*, QString*, QUuid*, PanelType*, TextAlignmentOption*,
-                            PanelFrame*, PanelStyle*, CodableColor*>;
+                            PanelFrame*, PanelStyle*, CodableColor*, SystemStatsOptions*,
+                            StatsRows*, StatsWarnings*, StatsWarning*>;
 
 struct Slot {
     std::string_view key;
@@ -35,24 +36,29 @@ constexpr int kUnknownKey = -2;
 
 constexpr std::size_t kMostKeys =
     std::max({documentFieldCount<Panel>, documentFieldCount<PanelFrame>,
-              documentFieldCount<PanelStyle>, documentFieldCount<CodableColor>});
+              documentFieldCount<PanelStyle>, documentFieldCount<CodableColor>,
+              documentFieldCount<SystemStatsOptions>, documentFieldCount<StatsRows>,
+              documentFieldCount<StatsWarnings>, documentFieldCount<StatsWarning>});
 static_assert(kMostKeys <= 32, "one bit of a seen mask per key");
 
-// One object being read: its keys, which of them were seen, which of those last held a raw
-// string that names nothing, and the key whose value comes next.
+// One object being read: its keys, which of them must be there, which were seen, which of
+// those last held a raw string that names nothing, and the key whose value comes next.
 struct OpenObject {
     std::array<Slot, kMostKeys> slots{};
     int slotCount = 0;
+    std::uint32_t required = 0;
     std::uint32_t seen = 0;
     std::uint32_t unparsable = 0;
     int pending = kNoKey;
 
     template <DocumentObject Object> explicit OpenObject(Object& object) {
-        forEachDocumentField(object, [this](std::string_view key, auto& member) {
-            slots[slotCount++] = {key, &member};
+        forEachDocumentEntry(object, [this](const auto& field, auto& member) {
+            if (field.presence == KeyPresence::Required)
+                required |= 1u << slotCount;
+            slots[slotCount++] = {field.key, &member};
         });
     }
-    bool complete() const { return seen == (1u << slotCount) - 1 && unparsable == 0; }
+    bool complete() const { return (seen & required) == required && unparsable == 0; }
     int find(std::string_view key) const {
         for (int i = 0; i < slotCount; ++i) {
             if (slots[i].key == key)

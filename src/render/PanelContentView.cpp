@@ -141,8 +141,8 @@ StyledText PanelContentView::displayedStyledText() const {
 }
 
 StatsLayout PanelContentView::statsLayout() const {
-    return StatsLayout::build(m_runner.stats(), m_panel.style, size(), m_measuredRowHeight,
-                              m_measuredNetworkHeight);
+    return StatsLayout::build(m_runner.stats(), m_panel.style, m_panel.systemStats, size(),
+                              m_measuredRowHeight, m_measuredNetworkHeight);
 }
 
 void PanelContentView::setWebViewFactory(WebBody::ViewFactory factory) {

@@ -8,6 +8,7 @@
 #include "render/ShapedText.h"
 #include "render/Symbols.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -39,6 +40,12 @@ StatRow StatRow::disk(const DiskInfo& disk) {
             disk.usedFraction, diskDetail(disk.freeGB)};
 }
 
+StatRow StatRow::cores(const QList<double>& usages) {
+    StatRow row{QCoreApplication::translate("StatRow", "Cores"), QStringLiteral("cpu"), 0, {}};
+    row.coreBars = usages;
+    return row;
+}
+
 QString StatRow::cpuDetail(double usage) {
     // A reading is a share of 0...1; anything else is shown as it comes, within reason.
     const double percent = std::isfinite(usage) ? std::clamp(usage * 100, -1e9, 1e9) : 0.0;
@@ -68,10 +75,44 @@ double StatRow::height(const QFont& font) {
 
 void StatRow::paint(QPainter& painter, const QRectF& rect, const QFont& font,
                     const QColor& color) const {
+    if (!coreBars.isEmpty()) {
+        paintCoreBars(painter, rect, font, color);
+        return;
+    }
     const double line = lineHeight(font);
     paintLine(painter, QRectF(rect.topLeft(), QSizeF(rect.width(), line)), font, color);
-    paintBar(painter, QRectF(rect.left(), rect.top() + line + kLineToBar, rect.width(), kBarHeight),
-             color);
+    if (hasBar)
+        paintBar(painter,
+                 QRectF(rect.left(), rect.top() + line + kLineToBar, rect.width(), kBarHeight),
+                 color);
+}
+
+// The label on the line, as in every row; the bars fill the rest of the width, side by side,
+// each as high as the whole row and filled from the bottom by its core's share.
+void StatRow::paintCoreBars(QPainter& painter, const QRectF& rect, const QFont& font,
+                            const QColor& color) const {
+    const double line = lineHeight(font);
+    StatRow labelOnly = *this;
+    labelOnly.coreBars.clear();
+    labelOnly.detail.clear();
+    labelOnly.paintLine(painter, QRectF(rect.topLeft(), QSizeF(rect.width(), line)), font, color);
+    const double labelRight = rect.left() + PanelFonts::sizeOf(font) + kLabelSpacing +
+                              QFontMetricsF(font).horizontalAdvance(label) + 2 * kLabelSpacing;
+    const QRectF area(labelRight, rect.top(), std::max(0.0, rect.right() - labelRight),
+                      rect.height());
+    const auto count = static_cast<double>(coreBars.size());
+    // The gap shrinks, and at last goes, before a bar gets narrower than a point.
+    const double gap =
+        std::clamp((area.width() - count) / std::max(count - 1, 1.0), 0.0, kCoreBarGap);
+    const double barWidth = std::max(0.0, (area.width() - gap * (count - 1)) / count);
+    const QColor track = PanelColors::withOpacity(color, kTrackOpacity);
+    for (qsizetype i = 0; i < coreBars.size(); ++i) {
+        const QRectF bar(area.left() + double(i) * (barWidth + gap), area.top(), barWidth,
+                         area.height());
+        painter.fillRect(bar, track);
+        const double filled = bar.height() * barFraction(coreBars[i]);
+        painter.fillRect(QRectF(bar.left(), bar.bottom() - filled, bar.width(), filled), color);
+    }
 }
 
 void StatRow::paintLine(QPainter& painter, const QRectF& rect, const QFont& font,
@@ -89,7 +130,8 @@ void StatRow::paintLine(QPainter& painter, const QRectF& rect, const QFont& font
     painter.setFont(font);
     painter.setPen(color);
     ShapedText::drawElided(painter, QPointF(labelLeft, baseline), label, labelWidth);
-    painter.setPen(PanelColors::withOpacity(color, kDetailOpacity));
+    painter.setPen(warningColor.isValid() ? warningColor
+                                          : PanelColors::withOpacity(color, kDetailOpacity));
     MonospacedDigits::draw(painter, QPointF(rect.right() - detailWidth, baseline), detail);
 }
 
@@ -105,7 +147,7 @@ void StatRow::paintBar(QPainter& painter, const QRectF& rect, const QColor& colo
     // and its right end follows the value exactly.
     QPainterPath part;
     part.addRect(QRectF(rect.topLeft(), QSizeF(filled, rect.height())));
-    painter.fillPath(track.intersected(part), color);
+    painter.fillPath(track.intersected(part), warningColor.isValid() ? warningColor : color);
 }
 
 } // namespace corkwheel

@@ -5,6 +5,7 @@
 #include "engine/DiskInfo.h"
 #include "engine/SystemStatsSample.h"
 #include "model/PanelStyle.h"
+#include "model/SystemStatsOptions.h"
 #include "render/PanelFonts.h"
 #include "render/StatRow.h"
 
@@ -26,8 +27,9 @@ struct DiskFit {
 };
 
 // Where everything of a system-stats panel goes, top to bottom, 10 points apart inside a
-// 14-point padding: the CPU row, the memory row, one row per disk that fits, a summary
-// line for the disks that don't, and the network graph.
+// 14-point padding: the CPU row, the memory row, the optional rows the panel asks for, one
+// row per disk that fits in what is left, a summary line for the disks that don't, and the
+// network graph.
 class StatsLayout {
 public:
     struct Row {
@@ -40,6 +42,10 @@ public:
     // assumed then). When not all fit, one place goes to the summary line.
     static DiskFit fittingDisks(const QList<DiskInfo>& disks, double totalHeight,
                                 double measuredRowHeight, double measuredNetworkHeight);
+    // The same below `extraRows` optional rows, each as high as a row.
+    static DiskFit fittingDisks(const QList<DiskInfo>& disks, double totalHeight,
+                                double measuredRowHeight, double measuredNetworkHeight,
+                                qint64 extraRows);
     // "+1 more disk", "+3 more disks".
     static QString summaryText(qint64 hidden);
     // The statistics are set 2 points smaller than the style's font, but never under 10.
@@ -49,6 +55,10 @@ public:
     static StatsLayout build(const SystemStatsSample& sample, const PanelStyle& style,
                              const QSizeF& size, double measuredRowHeight,
                              double measuredNetworkHeight);
+    // With the optional rows and the warnings of `options`.
+    static StatsLayout build(const SystemStatsSample& sample, const PanelStyle& style,
+                             const SystemStatsOptions& options, const QSizeF& size,
+                             double measuredRowHeight, double measuredNetworkHeight);
 
     // The rows and the graph are drawn with `font`, scaled by `fontScale` (see ScaledFont);
     // the rectangles are the panel's own.

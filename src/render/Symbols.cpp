@@ -29,6 +29,7 @@ struct SymbolInfo {
 const QList<SymbolInfo>& symbolTable() {
     static const QList<SymbolInfo> table{
         {u"arrow.up.left.and.arrow.down.right", {}},
+        {u"battery", {u"battery-good-symbolic", u"battery"}},
         {u"cable.connector", {u"network-wired-symbolic", u"network-wired"}},
         {u"clock", {u"preferences-system-time-symbolic", u"preferences-system-time"}},
         {u"cpu", {u"cpu"}},
@@ -37,6 +38,7 @@ const QList<SymbolInfo>& symbolTable() {
         {u"eye", {u"view-reveal-symbolic", u"visibility"}},
         {u"eye.slash", {u"view-conceal-symbolic", u"hint"}},
         {u"eye.slash.fill", {u"view-conceal-symbolic", u"hint"}},
+        {u"fan", {}},
         {u"gauge.with.dots.needle.50percent",
          {u"utilities-system-monitor-symbolic", u"utilities-system-monitor"}},
         {u"gearshape", {u"emblem-system-symbolic", u"preferences-system"}},
@@ -52,6 +54,7 @@ const QList<SymbolInfo>& symbolTable() {
         {u"square.grid.2x2.fill", {u"view-app-grid-symbolic", u"view-grid"}},
         {u"terminal", {u"utilities-terminal-symbolic", u"utilities-terminal"}},
         {u"textformat", {u"font-x-generic-symbolic", u"font-x-generic"}},
+        {u"thermometer", {u"temperature-symbolic", u"temperature"}},
         {u"wifi", {u"network-wireless-symbolic", u"network-wireless"}},
     };
     return table;

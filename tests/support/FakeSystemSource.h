@@ -7,6 +7,7 @@
 
 #include <QHash>
 #include <QSet>
+#include <QStringList>
 
 #include <condition_variable>
 #include <mutex>
@@ -25,6 +26,27 @@ public:
         m_released.wait(lock, [&] { return m_questionsInside == 0; });
     }
 
+    // Files are read from other threads too: each path read is counted under the lock.
+    std::optional<QByteArray> readFile(const QString& path) const override {
+        {
+            const std::lock_guard lock(m_questionsMutex);
+            m_pathsRead.append(path);
+        }
+        return FakeKernelFiles::readFile(path);
+    }
+    QStringList entryNames(const QString& directory) const override {
+        {
+            const std::lock_guard lock(m_questionsMutex);
+            m_pathsRead.append(directory);
+        }
+        return FakeKernelFiles::entryNames(directory);
+    }
+    // Every file read and folder listed so far, in turn.
+    QStringList pathsRead() const {
+        const std::lock_guard lock(m_questionsMutex);
+        return m_pathsRead;
+    }
+
     std::optional<corkwheel::VolumeCapacity> capacity(const QString& mountPoint) const override {
         std::unique_lock lock(m_questionsMutex);
         ++m_questions[mountPoint];
@@ -37,6 +59,7 @@ public:
 
     bool mountTableChanged() const override { return m_mountTableChanged; }
     double physicalMemoryBytes() const override { return m_physicalMemoryBytes; }
+    int onlineCpuCount() const override { return m_onlineCpuCount; }
 
     void setCapacity(const QString& mountPoint, quint64 totalBytes, quint64 availableBytes) {
         const std::lock_guard lock(m_questionsMutex);
@@ -49,6 +72,7 @@ public:
     // Until told otherwise the fake says every time that the mount table may have changed.
     void setMountTableChanged(bool changed) { m_mountTableChanged = changed; }
     void setPhysicalMemoryBytes(double bytes) { m_physicalMemoryBytes = bytes; }
+    void setOnlineCpuCount(int count) { m_onlineCpuCount = count; }
 
     // Questions about the mount point wait until releaseCapacities().
     void makeCapacityStuck(const QString& mountPoint) {
@@ -72,11 +96,13 @@ private:
     mutable std::mutex m_questionsMutex;
     mutable std::condition_variable m_released;
     mutable QHash<QString, int> m_questions;
+    mutable QStringList m_pathsRead;
     mutable int m_questionsInside = 0;
     QSet<QString> m_stuck;
     QHash<QString, std::optional<corkwheel::VolumeCapacity>> m_capacities;
     bool m_mountTableChanged = true;
     double m_physicalMemoryBytes = 0;
+    int m_onlineCpuCount = 4;
 };
 
 } // namespace corkwheel::test
