@@ -80,7 +80,7 @@ function(corkwheel_add_test_executable name)
         CORKWHEEL_TEST_CATALOGUE_DIR="${CORKWHEEL_TRANSLATIONS_OUTPUT_DIR}")
     # The compiled catalogues, which a test loads as Corkwheel does and the binary finds
     # beside itself.
-    add_dependencies(${name} corkwheel_lrelease)
+    add_dependencies(${name} corkwheel_catalogues)
 endfunction()
 
 # What every test runs with, VAR=value overrides first: no real display, the C.UTF-8 locale
