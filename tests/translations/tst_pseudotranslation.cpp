@@ -19,6 +19,7 @@
 #include "editor/EditorView.h"
 #include "editor/EditorWindow.h"
 #include "editor/InspectorView.h"
+#include "editor/SidebarView.h"
 #include "engine/TextFileReader.h"
 #include "render/StatsLayout.h"
 #include "render/TextBody.h"
@@ -39,6 +40,8 @@
 #include <QTextEdit>
 #include <QToolBar>
 #include <QTranslator>
+
+#include <memory>
 
 using namespace corkwheel;
 using namespace corkwheel::test;
@@ -257,6 +260,12 @@ private Q_SLOTS:
             QWidget* button = toolbar->widgetForAction(action);
             QVERIFY2(!button || button->isVisible(), qPrintable(action->text()));
         }
+
+        // The menu a row of the sidebar opens.
+        auto* sidebar = window.findChild<SidebarView*>();
+        const std::unique_ptr<QMenu> rowMenu = sidebar->contextMenuFor(0);
+        for (const QAction* action : rowMenu->actions())
+            QVERIFY2(isWrapped(action->text()), qPrintable(action->text()));
 
         window.appOptionsAction()->trigger();
         QTRY_VERIFY(window.showingAppOptions());
