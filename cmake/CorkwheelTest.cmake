@@ -93,7 +93,11 @@ function(corkwheel_add_test_executable name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE corkwheel_testsupport corkwheel_options ${ARG_LIBS})
     target_compile_definitions(${name} PRIVATE
-        CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data")
+        CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
+        CORKWHEEL_TEST_CATALOGUE_DIR="${CORKWHEEL_TRANSLATIONS_OUTPUT_DIR}")
+    # The compiled catalogues, which a test loads as Corkwheel does and the binary finds
+    # beside itself.
+    add_dependencies(${name} corkwheel_catalogues)
 endfunction()
 
 # What every test runs with, VAR=value overrides first: no real display, the C.UTF-8 locale

@@ -57,4 +57,7 @@ get_property(_layer_shell GLOBAL PROPERTY CORKWHEEL_LAYER_SHELL)
 if(_layer_shell)
     string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", qt6-wayland")
 endif()
+# Qt's own catalogues put the standard texts of its widgets ("Copy", "Paste") in the user's
+# language; without them those stay in English.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "qt6-translations-l10n")
 include(CPack)

@@ -96,6 +96,8 @@ expected_files() {
         echo "usr/share/icons/hicolor/${size}x${size}/apps/$app_id.png"
     done
     echo usr/share/man/man1/corkwheel.1.gz
+    # The English plural forms; the catalogue of each language is beside it.
+    echo usr/share/corkwheel/translations/corkwheel_en.qm
     echo usr/share/doc/corkwheel/copyright
 }
 
@@ -217,6 +219,10 @@ check "the .deb depends on the web engine (plugin's libraries)" depends_on libqt
 for dependency in zsh libqt6svg6 qt6-image-formats-plugins; do
     check "the .deb depends on $dependency" depends_on "$dependency"
 done
+recommends_qt_catalogues() {
+    dpkg-deb --field "$deb" Recommends | grep -q 'qt6-translations-l10n'
+}
+check "the .deb recommends Qt's catalogues (qt6-translations-l10n)" recommends_qt_catalogues
 # Native Wayland panels link LayerShellQt's library and load Qt's Wayland platform.
 if build_has_layer_shell; then
     check "dpkg-shlibdeps found the layer-shell library (liblayershellqtinterface6)" \

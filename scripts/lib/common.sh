@@ -10,6 +10,8 @@ BUILD_PACKAGES=(
     cmake ninja-build g++ pkg-config
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-webengine-dev
     qt6-image-formats-plugins
+    # lupdate and lrelease, and Qt's CMake support for them, for the translations.
+    qt6-l10n-tools qt6-tools-dev
     libgl-dev libxkbcommon-dev libicu-dev nlohmann-json3-dev libfontconfig-dev
     libxcb1-dev libxcb-shape0-dev libxcb-xfixes0-dev
     zsh
@@ -18,6 +20,8 @@ BUILD_PACKAGES=(
 TEST_PACKAGES=(
     xvfb openbox picom xdotool wmctrl x11-utils x11-xserver-utils trayer desktop-file-utils
     fonts-dejavu-core clang-format
+    # Qt's own catalogues, for the standard texts of its widgets in the user's language.
+    qt6-translations-l10n
     # fc-list, which the font picker's test holds the installed faces against.
     fontconfig
     # The window managers the desktop tests run under, their desktop icons programs and the

@@ -57,7 +57,7 @@ void ApplicationBus::ActivateAction(const QString& actionName, const QVariantLis
     const std::optional<AppAction> action = appActionNamed(actionName);
     if (!action) {
         sendErrorReply(QDBusError::InvalidArgs,
-                       QStringLiteral("Corkwheel has no action \"%1\"").arg(actionName));
+                       tr("Corkwheel has no action \"%1\"").arg(actionName));
         return;
     }
     Q_EMIT actionRequested(*action);

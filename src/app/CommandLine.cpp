@@ -17,24 +17,28 @@ struct ActionOption {
 
 constexpr std::array<ActionOption, 4> kActionOptions = {{
     {AppAction::Settings,
-     "Open the settings window of the running Corkwheel, or start Corkwheel with it open."},
-    {AppAction::EditMode, "Switch edit mode of the running Corkwheel on or off."},
-    {AppAction::HideAll, "Hide all panels of the running Corkwheel, or show them again."},
-    {AppAction::Quit, "Quit the running Corkwheel."},
+     QT_TRANSLATE_NOOP("corkwheel::CommandLine", "Open the settings window of the running "
+                                                 "Corkwheel, or start Corkwheel with it open.")},
+    {AppAction::EditMode,
+     QT_TRANSLATE_NOOP("corkwheel::CommandLine",
+                       "Switch edit mode of the running Corkwheel on or off.")},
+    {AppAction::HideAll,
+     QT_TRANSLATE_NOOP("corkwheel::CommandLine",
+                       "Hide all panels of the running Corkwheel, or show them again.")},
+    {AppAction::Quit, QT_TRANSLATE_NOOP("corkwheel::CommandLine", "Quit the running Corkwheel.")},
 }};
 
-const QCommandLineOption kHelp({QStringLiteral("h"), QStringLiteral("help")},
-                               QStringLiteral("Show this help and exit."));
-const QCommandLineOption kVersion({QStringLiteral("v"), QStringLiteral("version")},
-                                  QStringLiteral("Show the version and exit."));
+const QStringList kHelpNames = {QStringLiteral("h"), QStringLiteral("help")};
+const QStringList kVersionNames = {QStringLiteral("v"), QStringLiteral("version")};
 
 void addOptions(QCommandLineParser& parser) {
-    parser.setApplicationDescription(QStringLiteral("Small information panels on the desktop."));
-    parser.addOption(kHelp);
-    parser.addOption(kVersion);
+    parser.setApplicationDescription(CommandLine::tr("Small information panels on the desktop."));
+    parser.addOption(QCommandLineOption(kHelpNames, CommandLine::tr("Show this help and exit.")));
+    parser.addOption(
+        QCommandLineOption(kVersionNames, CommandLine::tr("Show the version and exit.")));
     for (const ActionOption& option : kActionOptions) {
-        parser.addOption(QCommandLineOption(appActionName(option.action),
-                                            QString::fromLatin1(option.description)));
+        parser.addOption(
+            QCommandLineOption(appActionName(option.action), CommandLine::tr(option.description)));
     }
 }
 
@@ -42,7 +46,8 @@ void addOptions(QCommandLineParser& parser) {
 // names the command as it is installed.
 QString usage(const QCommandLineParser& parser) {
     QString text = parser.helpText();
-    return QStringLiteral("Usage: corkwheel [options]") + text.mid(text.indexOf(u'\n'));
+    return CommandLine::tr("Usage: %1 [options]").arg(QStringLiteral("corkwheel")) +
+           text.mid(text.indexOf(u'\n'));
 }
 
 CommandLine endingWith(int exitCode, const QString& output, const QString& error) {
@@ -67,19 +72,19 @@ CommandLine CommandLine::parse(const QStringList& arguments) {
     if (!parser.parse(arguments))
         return mistake(parser, parser.errorText());
     if (!parser.positionalArguments().isEmpty()) {
-        return mistake(parser, QStringLiteral("unexpected argument '%1'")
+        return mistake(parser, CommandLine::tr("unexpected argument '%1'")
                                    .arg(parser.positionalArguments().constFirst()));
     }
-    if (parser.isSet(kHelp))
+    if (parser.isSet(kHelpNames.constFirst()))
         return endingWith(0, usage(parser), {});
-    if (parser.isSet(kVersion))
+    if (parser.isSet(kVersionNames.constFirst()))
         return endingWith(0, QStringLiteral("corkwheel " CORKWHEEL_VERSION "\n"), {});
     CommandLine result;
     for (const ActionOption& option : kActionOptions) {
         if (!parser.isSet(appActionName(option.action)))
             continue;
         if (result.action)
-            return mistake(parser, QStringLiteral("give only one action at a time"));
+            return mistake(parser, CommandLine::tr("give only one action at a time"));
         result.action = option.action;
     }
     return result;

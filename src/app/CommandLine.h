@@ -4,6 +4,7 @@
 
 #include "app/AppAction.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,11 @@ namespace corkwheel {
 // once with a text and an exit status (help, version, a mistake in the arguments), or to run,
 // with an action for the running Corkwheel or, for a plain start, none.
 struct CommandLine {
+    // The help and the mistakes are in the language of the catalogues installed when parse()
+    // runs, and in English before any is.
+    Q_DECLARE_TR_FUNCTIONS(corkwheel::CommandLine)
+
+public:
     bool endsAtOnce = false;
     int exitCode = 0;
     QString standardOutput;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/AppDelegate.h"
+#include "app/AppTranslations.h"
 #include "app/ApplicationBus.h"
 #include "app/CommandLine.h"
 #include "app/DisplaySession.h"
@@ -31,12 +32,22 @@ int endWith(const CommandLine& commandLine) {
     return commandLine.exitCode;
 }
 
+// Help, the version and mistakes in the arguments need no display either. The first parse
+// ran before any catalogue was installed; the texts it gives are made again in the user's
+// language.
+int endAtOnce(int argc, char* argv[]) {
+    QCoreApplication app(argc, argv);
+    const AppTranslations translations;
+    return endWith(CommandLine::parse(argumentsOf(argc, argv)));
+}
+
 // Edit mode, hiding and quitting act on a running Corkwheel only, and need no display.
 int actOnRunningCorkwheel(int argc, char* argv[], AppAction action) {
     QCoreApplication app(argc, argv);
+    const AppTranslations translations;
     if (RunningCorkwheel::deliver(action))
         return 0;
-    std::fputs("Corkwheel is not running\n", stderr);
+    std::fputs(qPrintable(CommandLine::tr("Corkwheel is not running") + u'\n'), stderr);
     return 1;
 }
 
@@ -45,13 +56,14 @@ int actOnRunningCorkwheel(int argc, char* argv[], AppAction action) {
 int main(int argc, char* argv[]) {
     const CommandLine commandLine = CommandLine::parse(argumentsOf(argc, argv));
     if (commandLine.endsAtOnce)
-        return endWith(commandLine);
+        return endAtOnce(argc, argv);
     const bool opensSettings = commandLine.action == AppAction::Settings;
     if (commandLine.action && !opensSettings)
         return actOnRunningCorkwheel(argc, argv, *commandLine.action);
 
     DisplaySession::applyToEnvironment();
     QApplication app(argc, argv);
+    const AppTranslations translations;
     QApplication::setOrganizationName(QStringLiteral(CORKWHEEL_APP_NAME));
     QApplication::setApplicationName(QStringLiteral(CORKWHEEL_APP_NAME));
     // Lets the desktop match Corkwheel's windows to its installed entry and icon.

@@ -10,7 +10,7 @@
 namespace corkwheel {
 
 PanelResizeHandle::PanelResizeHandle(QWidget* parent) : DragArea(parent) {
-    setToolTip(QStringLiteral("Drag to resize this panel"));
+    setToolTip(tr("Drag to resize this panel"));
     setFixedSize(kSize, kSize);
 }
 

@@ -17,7 +17,7 @@
 namespace corkwheel {
 
 PanelTitleBar::PanelTitleBar(QWidget* parent) : DragArea(parent) {
-    setToolTip(QStringLiteral("Drag to move this panel"));
+    setToolTip(tr("Drag to move this panel"));
 }
 
 void PanelTitleBar::setContent(const QString& name, const QString& symbolName, double cornerRadius,

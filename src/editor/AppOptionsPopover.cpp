@@ -12,6 +12,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace corkwheel {
 
 namespace {
@@ -27,11 +29,16 @@ QLabel* headline(const QString& text, QWidget* parent) {
     return label;
 }
 
-// Wraps at its own width, which sets the popover's.
-QLabel* note(const QString& text, QWidget* parent) {
+// Wraps at kNoteWidth, which sets the popover's width, or at the width of the widest of
+// `others` when a translation makes one wider: the note is asked for its height at the width
+// of the popover's column, which must then be its own.
+QLabel* note(const QString& text, const QList<QWidget*>& others, QWidget* parent) {
     QLabel* label = SecondaryText::note(text, parent);
     label->setObjectName(QStringLiteral("appOptionsNote"));
-    label->setFixedWidth(AppOptionsPopover::kNoteWidth);
+    int width = AppOptionsPopover::kNoteWidth;
+    for (const QWidget* other : others)
+        width = std::max(width, other->sizeHint().width());
+    label->setFixedWidth(width);
     return label;
 }
 
@@ -51,11 +58,12 @@ AppOptionsPopover::AppOptionsPopover(AppSettings& settings, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     layout->setSpacing(kSpacing);
-    layout->addWidget(headline(tr("Appearance"), this));
+    QLabel* appearance = headline(tr("Appearance"), this);
+    layout->addWidget(appearance);
     layout->addWidget(m_dockIcon);
     layout->addWidget(m_menuBarItem);
-    layout->addWidget(
-        note(tr("At least one stays visible so you can always reach Settings."), this));
+    layout->addWidget(note(tr("At least one stays visible so you can always reach Settings."),
+                           {appearance, m_dockIcon, m_menuBarItem, m_startAtLogin}, this));
     layout->addWidget(m_startAtLogin);
 
     showSettings();

@@ -10,6 +10,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QVBoxLayout>
 
 namespace corkwheel {
 
@@ -50,7 +51,17 @@ QFont monospacedBodyFont() {
 } // namespace
 
 SourceSection::SourceSection(QWidget* parent)
-    : InspectorSection(tr("Source"), QStringLiteral("sourceSection"), parent), m_form(makeForm()) {}
+    : InspectorSection(tr("Source"), QStringLiteral("sourceSection"), parent),
+      m_form(new QFormLayout) {
+    m_form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    m_form->setRowWrapPolicy(QFormLayout::DontWrapRows);
+    // A note goes below the form, not into a row of it: a form counts a wrapping label as
+    // high as its text needs at the form's width but lays it out at a height of the label's
+    // own choosing, and squeezes the rows above by the difference, as a note long enough to
+    // take two lines somewhere (in a longer language) shows.
+    m_column = new QVBoxLayout(body());
+    m_column->addLayout(m_form);
+}
 
 void SourceSection::showPanel(const Panel& panel) {
     if (m_type != panel.type)
@@ -69,6 +80,8 @@ void SourceSection::showPanel(const Panel& panel) {
 void SourceSection::buildRows(PanelType type) {
     while (m_form->rowCount() > 0)
         m_form->removeRow(0);
+    delete m_note;
+    m_note = nullptr;
     m_type = type;
     m_string = sourceStringOf(type);
     m_line = nullptr;
@@ -95,7 +108,8 @@ void SourceSection::buildRows(PanelType type) {
         addNote(tr("Shows live CPU, memory, and disk usage. No configuration needed."));
         break;
     case PanelType::Webpage:
-        addLine(tr("URL"), QStringLiteral("urlField"), false, QStringLiteral("example.com"));
+        //: An example address, shown in the empty field.
+        addLine(tr("URL"), QStringLiteral("urlField"), false, tr("example.com"));
         // The interval is the one the General section's stepper sets.
         addNote(tr("Reloads automatically at the refresh interval below."));
         break;
@@ -123,9 +137,9 @@ void SourceSection::addText(const QString& label, const QString& name, bool mono
 }
 
 void SourceSection::addNote(const QString& text) {
-    QLabel* note = SecondaryText::note(text);
-    note->setObjectName(QStringLiteral("sourceNote"));
-    m_form->addRow(note);
+    m_note = SecondaryText::note(text);
+    m_note->setObjectName(QStringLiteral("sourceNote"));
+    m_column->addWidget(m_note);
 }
 
 void SourceSection::editString(const QString& text) {

@@ -7,7 +7,9 @@
 #include <optional>
 
 class QFormLayout;
+class QLabel;
 class QLineEdit;
+class QVBoxLayout;
 
 namespace corkwheel {
 
@@ -35,6 +37,8 @@ private:
     void editString(const QString& text);
 
     QFormLayout* m_form;
+    QVBoxLayout* m_column;
+    QLabel* m_note = nullptr;
     std::optional<PanelType> m_type;
     // The panel's string that the rows edit; none for system stats.
     QString Panel::*m_string = nullptr;

@@ -3,6 +3,7 @@
 #include "engine/InterfaceDisplayInfo.h"
 
 #include <QByteArrayList>
+#include <QCoreApplication>
 
 #include <algorithm>
 
@@ -34,9 +35,11 @@ InterfaceDisplayInfo readInterfaceDisplayInfo(const KernelFiles& files,
                                               const QString& interfaceName) {
     const QString directory = QStringLiteral("/sys/class/net/") + interfaceName;
     if (isWireless(files, directory))
-        return {QStringLiteral("Wi-Fi"), NetworkInterfaceKind::Wifi};
+        return {QCoreApplication::translate("corkwheel::InterfaceDisplayInfo", "Wi-Fi"),
+                NetworkInterfaceKind::Wifi};
     if (isPhysicalEthernet(files, directory))
-        return {QStringLiteral("Ethernet"), NetworkInterfaceKind::Ethernet};
+        return {QCoreApplication::translate("corkwheel::InterfaceDisplayInfo", "Ethernet"),
+                NetworkInterfaceKind::Ethernet};
     return {interfaceName, NetworkInterfaceKind::Other};
 }
 

@@ -5,6 +5,8 @@
 #include "engine/InterfaceDisplayInfo.h"
 #include "engine/RouteTable.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 
 namespace corkwheel {
@@ -61,7 +63,9 @@ NetworkSample NetworkStatsSampler::noNetwork(double now) {
     m_lastInterfaceName.reset();
     m_lastCounters.reset();
     m_lastTime = now;
-    return NetworkSample{QStringLiteral("No Network"), NetworkInterfaceKind::Other, 0, 0};
+    return NetworkSample{
+        QCoreApplication::translate("corkwheel::NetworkStatsSampler", "No Network"),
+        NetworkInterfaceKind::Other, 0, 0};
 }
 
 bool NetworkStatsSampler::hasBaselineFor(const QString& interfaceName) const {

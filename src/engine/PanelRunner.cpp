@@ -266,8 +266,8 @@ void PanelRunner::loadWebpage(const QString& address) {
     const auto url = WebAddress::normalizedURL(address);
     if (!url) {
         const QString typed = address.trimmed();
-        setTextOutput(QStringLiteral("error: not a web address") +
-                      (typed.isEmpty() ? QString() : QStringLiteral(": ") + typed));
+        setTextOutput(typed.isEmpty() ? tr("error: not a web address")
+                                      : tr("error: not a web address: %1").arg(typed));
         return;
     }
     if (!m_webPage && m_services.createWebPage) {
@@ -276,7 +276,7 @@ void PanelRunner::loadWebpage(const QString& address) {
             Q_EMIT webPageCreated(m_webPage);
     }
     if (!m_webPage) {
-        setTextOutput(QStringLiteral("error: the web engine could not be loaded"));
+        setTextOutput(tr("error: the web engine could not be loaded"));
         return;
     }
     setTextOutput(QString());

@@ -24,7 +24,7 @@ constexpr int kReapWaitMs = 5000;
 QString launchFailureText(const QString& program, const QString& qtMessage) {
     const qsizetype separator = qtMessage.lastIndexOf(QStringLiteral(": "));
     const QString reason = separator < 0 ? qtMessage : qtMessage.mid(separator + 2);
-    return QStringLiteral("error: cannot start ") + program + QStringLiteral(": ") + reason;
+    return ShellCommand::tr("error: cannot start %1: %2").arg(program, reason);
 }
 
 } // namespace
@@ -71,8 +71,7 @@ void ShellCommand::start() {
     int writeEnds[2] = {-1, -1};
     if (!openPipes(writeEnds)) {
         QMetaObject::invokeMethod(
-            this, [this] { report(QStringLiteral("error: cannot open a pipe")); },
-            Qt::QueuedConnection);
+            this, [this] { report(tr("error: cannot open a pipe")); }, Qt::QueuedConnection);
         return;
     }
     // A session of its own makes the shell lead a new process group, so the time limit
@@ -119,7 +118,7 @@ void ShellCommand::onProcessError(QProcess::ProcessError error) {
 void ShellCommand::onProcessFinished() {
     if (m_timedOut) {
         // Whatever the command wrote before the limit is dropped.
-        report(QStringLiteral("error: command timed out"));
+        report(tr("error: command timed out"));
         return;
     }
     m_shellEnded = true;

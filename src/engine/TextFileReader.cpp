@@ -32,7 +32,7 @@ TextFileReader::TextFileReader(std::chrono::milliseconds timeLimit, QObject* par
     : QObject(parent), m_timeLimit(this), m_reads(this) {
     m_timeLimit.setSingleShot(true);
     m_timeLimit.setInterval(timeLimit);
-    connect(&m_timeLimit, &QTimer::timeout, this, [this] { Q_EMIT textRead(kTimedOutText); });
+    connect(&m_timeLimit, &QTimer::timeout, this, [this] { Q_EMIT textRead(timedOutText()); });
 }
 
 void TextFileReader::read(const QString& path) {
@@ -50,20 +50,28 @@ void TextFileReader::read(const QString& path) {
         });
 }
 
+QString TextFileReader::notFoundText() {
+    return tr("(file not found)");
+}
+
+QString TextFileReader::timedOutText() {
+    return tr("error: file read timed out");
+}
+
 QString TextFileReader::readNow(const QString& path) {
     const int fd = openForReading(path);
     if (fd < 0)
-        return kNotFoundText;
+        return notFoundText();
     QFile file;
     if (!file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
         ::close(fd);
-        return kNotFoundText;
+        return notFoundText();
     }
     // One byte more than kept tells whether the cut may have split a character.
     const QByteArray bytes = file.read(kMaxBytes + 1);
     if (file.error() != QFileDevice::NoError)
-        return kNotFoundText;
-    return Utf8Text::decodeStrict(Utf8Text::prefix(bytes, kMaxBytes)).value_or(kNotFoundText);
+        return notFoundText();
+    return Utf8Text::decodeStrict(Utf8Text::prefix(bytes, kMaxBytes)).value_or(notFoundText());
 }
 
 } // namespace corkwheel

@@ -15,13 +15,13 @@ namespace corkwheel {
 // Reads a file panel's file off the main thread and hands its text over on the main
 // thread, one read at a time. A read that has not returned within the time limit (a FIFO
 // whose writer never writes, a file on a network mount that stopped answering) shows
-// kTimedOutText, and no further read of that file starts until it returns, so one stuck
+// timedOutText(), and no further read of that file starts until it returns, so one stuck
 // file holds one thread at most.
 class TextFileReader : public QObject {
     Q_OBJECT
 
 public:
-    // A read that takes longer than `timeLimit` shows kTimedOutText; a file panel's reads
+    // A read that takes longer than `timeLimit` shows timedOutText(); a file panel's reads
     // have kTimeLimit.
     explicit TextFileReader(std::chrono::milliseconds timeLimit, QObject* parent = nullptr);
 
@@ -31,15 +31,16 @@ public:
     void read(const QString& path);
 
     // The text a file panel shows for `path` (a leading "~/" means the home directory): the
-    // file's first kMaxBytes as UTF-8, trimmed, or kNotFoundText when it cannot be read or is
+    // file's first kMaxBytes as UTF-8, trimmed, or notFoundText() when it cannot be read or is
     // not UTF-8. Blocking, for as long as the file takes.
     static QString readNow(const QString& path);
 
     // At most this much of a file is read, so one huge or endless file cannot fill the memory.
     static constexpr qsizetype kMaxBytes = 4 * 1024 * 1024;
     static constexpr std::chrono::milliseconds kTimeLimit{10'000};
-    static inline const QString kNotFoundText = QStringLiteral("(file not found)");
-    static inline const QString kTimedOutText = QStringLiteral("error: file read timed out");
+    // In the user's language, so asked for when shown rather than kept from the start.
+    static QString notFoundText();
+    static QString timedOutText();
 
 Q_SIGNALS:
     void textRead(const QString& text);

@@ -2,6 +2,7 @@
 
 #include "model/Panel.h"
 
+#include <QCoreApplication>
 #include <QDir>
 
 namespace corkwheel {
@@ -53,7 +54,7 @@ Panel Panel::makeDefault(PanelType type) {
     panel.isEnabled = true;
     panel.frame = {60, defaults.y, defaults.width, defaults.height};
     panel.refreshInterval = defaults.refreshInterval;
-    panel.textTemplate = QStringLiteral("Hello, desktop.");
+    panel.textTemplate = QCoreApplication::translate("corkwheel::Panel", "Hello, desktop.");
     panel.clockFormat = QStringLiteral(u"EEEE, MMMM d  \u2022  h:mm:ss a");
 
     switch (type) {
@@ -65,7 +66,9 @@ Panel Panel::makeDefault(PanelType type) {
             homeDirectoryWithoutTrailingSlash() + QStringLiteral("/.corkwheel_note.txt");
         break;
     case PanelType::Text:
-        panel.textTemplate = QStringLiteral("Today is {date:EEEE, MMMM d}");
+        panel.textTemplate =
+            //: A new text panel's text; keep the {date:...} token as it is.
+            QCoreApplication::translate("corkwheel::Panel", "Today is {date:EEEE, MMMM d}");
         break;
     default:
         break;

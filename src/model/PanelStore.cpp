@@ -56,17 +56,17 @@ QString PanelStore::defaultFileLocation() {
 
 QList<Panel> PanelStore::starterPanels() {
     Panel clock = Panel::makeDefault(PanelType::Clock);
-    clock.name = QStringLiteral("Clock");
+    clock.name = tr("Clock");
     clock.frame = {40, 40, 360, 80};
     clock.style.fontSize = 28;
 
     Panel stats = Panel::makeDefault(PanelType::SystemStats);
-    stats.name = QStringLiteral("System Stats");
+    stats.name = tr("System Stats");
     stats.frame = {40, 140, 280, 210};
     stats.style.showGlassBackground = true;
 
     Panel uptime = Panel::makeDefault(PanelType::Shell);
-    uptime.name = QStringLiteral("Uptime");
+    uptime.name = tr("Uptime");
     uptime.frame = {40, 370, 420, 60};
     uptime.shellCommand = QStringLiteral("uptime");
 

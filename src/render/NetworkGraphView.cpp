@@ -11,6 +11,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 
+#include <QCoreApplication>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -50,10 +51,13 @@ NetworkGraphView::NetworkGraphView(QList<NetworkSample> history, QColor tint)
 QString NetworkGraphView::rate(double bytesPerSecond) {
     const double bits = bytesPerSecond * 8;
     if (bits >= 1'000'000)
-        return QString::asprintf("%.1f Mbps", bits / 1'000'000);
+        return QCoreApplication::translate("corkwheel::NetworkGraphView", "%1 Mbps")
+            .arg(QString::asprintf("%.1f", bits / 1'000'000));
     if (bits >= 1'000)
-        return QString::asprintf("%.0f Kbps", bits / 1'000);
-    return QString::asprintf("%.0f bps", bits);
+        return QCoreApplication::translate("corkwheel::NetworkGraphView", "%1 Kbps")
+            .arg(QString::asprintf("%.0f", bits / 1'000));
+    return QCoreApplication::translate("corkwheel::NetworkGraphView", "%1 bps")
+        .arg(QString::asprintf("%.0f", bits));
 }
 
 double NetworkGraphView::maxValue(const QList<NetworkSample>& history) {
@@ -81,7 +85,9 @@ QPainterPath NetworkGraphView::path(const QList<double>& values, const QSizeF& s
 }
 
 QString NetworkGraphView::title() const {
-    return m_history.isEmpty() ? QStringLiteral("No Network") : m_history.last().displayName;
+    return m_history.isEmpty()
+               ? QCoreApplication::translate("corkwheel::NetworkStatsSampler", "No Network")
+               : m_history.last().displayName;
 }
 
 QString NetworkGraphView::symbolName() const {

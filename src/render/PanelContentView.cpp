@@ -26,7 +26,7 @@ double clampedOpacity(double opacity) {
 }
 
 QString summaryHelp() {
-    return QStringLiteral("Resize the panel to see all disks");
+    return PanelContentView::tr("Resize the panel to see all disks");
 }
 
 // A panel that only moved looks the same: the window system moves the window's pixels

@@ -26,11 +26,13 @@ constexpr double kLabelSpacing = 6;
 } // namespace
 
 StatRow StatRow::cpu(double usage) {
-    return {QStringLiteral("CPU"), QStringLiteral("cpu"), usage, cpuDetail(usage)};
+    return {QCoreApplication::translate("corkwheel::StatRow", "CPU"), QStringLiteral("cpu"), usage,
+            cpuDetail(usage)};
 }
 
 StatRow StatRow::memory(const SystemStatsSample& sample) {
-    return {QStringLiteral("Memory"), QStringLiteral("memorychip"), sample.memoryUsedFraction,
+    return {QCoreApplication::translate("corkwheel::StatRow", "Memory"),
+            QStringLiteral("memorychip"), sample.memoryUsedFraction,
             memoryDetail(sample.memoryUsedGB, sample.memoryTotalGB)};
 }
 
@@ -53,11 +55,13 @@ QString StatRow::cpuDetail(double usage) {
 }
 
 QString StatRow::memoryDetail(double usedGB, double totalGB) {
-    return QString::asprintf("%.1f / %.1f GB", usedGB, totalGB);
+    return QCoreApplication::translate("corkwheel::StatRow", "%1 / %2 GB")
+        .arg(QString::asprintf("%.1f", usedGB), QString::asprintf("%.1f", totalGB));
 }
 
 QString StatRow::diskDetail(double freeGB) {
-    return QString::asprintf("%.0f GB free", freeGB);
+    return QCoreApplication::translate("corkwheel::StatRow", "%1 GB free")
+        .arg(QString::asprintf("%.0f", freeGB));
 }
 
 double StatRow::barFraction(double fraction) {

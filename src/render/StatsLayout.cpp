@@ -7,6 +7,7 @@
 #include "render/PanelFonts.h"
 #include "render/StatWarning.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 
 #include <algorithm>
@@ -60,8 +61,10 @@ DiskFit StatsLayout::fittingDisks(const QList<DiskInfo>& disks, double totalHeig
 }
 
 QString StatsLayout::summaryText(qint64 hidden) {
-    return u'+' + QString::number(hidden) + QStringLiteral(" more disk") +
-           (hidden == 1 ? QString() : QStringLiteral("s"));
+    // The count goes through as an int, which no number of mounted disks comes near.
+    const auto count = static_cast<int>(std::min<qint64>(hidden, std::numeric_limits<int>::max()));
+    return QCoreApplication::translate("corkwheel::StatsLayout", "+%n more disk(s)", nullptr,
+                                       count);
 }
 
 double StatsLayout::fontSize(double styleFontSize) {

@@ -6,6 +6,7 @@
 #include "render/PanelFonts.h"
 #include "render/TerminalPalette.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QTextLayout>
@@ -167,9 +168,10 @@ QString displayedText(PanelType type, const QString& output, bool isRunning) {
         return output;
     switch (type) {
     case PanelType::Shell:
-        return isRunning ? QStringLiteral("Running…") : QStringLiteral("(no output)");
+        return isRunning ? QCoreApplication::translate("corkwheel::TextBody", "Running…")
+                         : QCoreApplication::translate("corkwheel::TextBody", "(no output)");
     case PanelType::File:
-        return QStringLiteral("(empty file)");
+        return QCoreApplication::translate("corkwheel::TextBody", "(empty file)");
     default:
         return QStringLiteral(" ");
     }

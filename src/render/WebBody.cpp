@@ -12,6 +12,7 @@
 #include "render/PanelShapes.h"
 #include "render/Symbols.h"
 
+#include <QCoreApplication>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QRegion>
@@ -81,7 +82,8 @@ void WebBody::paintPlaceholder(QPainter& painter, const QRectF& rect) {
     painter.setPen(color);
     painter.drawText(
         QRectF(rect.left(), top + kSymbolSize + kSpacing, rect.width(), metrics.height()),
-        Qt::AlignHCenter | Qt::AlignTop, QStringLiteral("No URL set"));
+        Qt::AlignHCenter | Qt::AlignTop,
+        QCoreApplication::translate("corkwheel::WebBody", "No URL set"));
 }
 
 } // namespace corkwheel

@@ -7,8 +7,10 @@
 
 #include <QAction>
 #include <QKeySequence>
-#include <QLocale>
 #include <QMenu>
+
+#include <algorithm>
+#include <limits>
 
 namespace corkwheel {
 
@@ -64,9 +66,11 @@ void MenuBarView::connectStore() {
 }
 
 void MenuBarView::showPanelCount() {
-    const qsizetype count = m_store.panels().size();
-    const QString number = QLocale().toString(count);
-    m_panelCount->setText(count == 1 ? tr("%1 panel").arg(number) : tr("%1 panels").arg(number));
+    // %Ln writes the count as the user's locale writes numbers. No document holds anywhere
+    // near the most an int holds, the most a translated count can carry.
+    const auto count = static_cast<int>(
+        std::min<qsizetype>(m_store.panels().size(), std::numeric_limits<int>::max()));
+    m_panelCount->setText(tr("%Ln panel(s)", nullptr, count));
 }
 
 } // namespace corkwheel

@@ -151,12 +151,12 @@ private Q_SLOTS:
 
     void endlessRandomDeviceShowsFileNotFound() {
         QCOMPARE(TextFileReader::readNow(QStringLiteral("/dev/urandom")),
-                 TextFileReader::kNotFoundText);
+                 TextFileReader::notFoundText());
     }
 
     void directoryShowsFileNotFound() {
         QTemporaryDir folder;
-        QCOMPARE(TextFileReader::readNow(folder.path()), TextFileReader::kNotFoundText);
+        QCOMPARE(TextFileReader::readNow(folder.path()), TextFileReader::notFoundText());
     }
 };
 

@@ -3,6 +3,7 @@
 // The statistics of a system-stats panel as its content view lays them out and draws them,
 // fed by a real runner reading a made-up machine.
 
+#include "support/EnglishCatalogue.h"
 #include "support/ViewTesting.h"
 
 #include "engine/PanelRunner.h"
@@ -43,6 +44,7 @@ class StatisticsBodyTest : public QObject {
     Q_OBJECT
 
 private:
+    EnglishCatalogue m_english;
     std::unique_ptr<FakeMachine> m_machine;
     std::unique_ptr<PanelRunner> m_runner;
     std::unique_ptr<PanelContentView> m_view;
@@ -82,6 +84,8 @@ private:
     }
 
 private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_english.install()); }
+
     void init() { m_machine = std::make_unique<FakeMachine>(); }
 
     void cleanup() {

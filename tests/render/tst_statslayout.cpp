@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "support/EnglishCatalogue.h"
+
 #include "render/PanelFonts.h"
 #include "render/StatRow.h"
 #include "render/StatsLayout.h"
@@ -7,6 +9,7 @@
 #include <QTest>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
@@ -29,7 +32,11 @@ double heightFor(qint64 places, double row, double graph) {
 class StatsLayoutTest : public QObject {
     Q_OBJECT
 
+    EnglishCatalogue m_english;
+
 private Q_SLOTS:
+    void initTestCase() { QVERIFY(m_english.install()); }
+
     void unmeasuredHeightsAssumeRowsOf30AndAGraphOf50() {
         // 28 + 60 + 50 + 20 = 158 for the fixed items; each disk place costs 40.
         QCOMPARE(StatsLayout::fittingDisks(disks(2), 158 + 80, 0, 0), (DiskFit{disks(2), 0}));

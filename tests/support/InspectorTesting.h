@@ -32,13 +32,20 @@ inline Panel quietPanel(PanelType type) {
     return panel;
 }
 
-// The text of the row label that a form gives `field`.
+// The text of the row label that a form gives `field`; the form may be the layout of the
+// field's parent or one inside it.
 inline QString rowLabel(QWidget* field) {
-    auto* form = qobject_cast<QFormLayout*>(field->parentWidget()->layout());
-    if (!form)
+    QLayout* layout = field->parentWidget()->layout();
+    if (!layout)
         return {};
-    auto* label = qobject_cast<QLabel*>(form->labelForField(field));
-    return label ? label->text() : QString();
+    QList<QFormLayout*> forms = layout->findChildren<QFormLayout*>();
+    if (auto* form = qobject_cast<QFormLayout*>(layout))
+        forms.prepend(form);
+    for (QFormLayout* form : forms) {
+        if (auto* label = qobject_cast<QLabel*>(form->labelForField(field)))
+            return label->text();
+    }
+    return {};
 }
 
 inline QToolButton* button(QWidget* stepper, const char* name) {

@@ -5,6 +5,7 @@
 #include "tray/MenuBarItem.h"
 #include "tray/MenuBarView.h"
 
+#include "support/EnglishCatalogue.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/StoreFixture.h"
@@ -87,9 +88,13 @@ class MenuBarViewTest : public QObject {
 
 private:
     PrivateConfigHome m_configHome;
+    EnglishCatalogue m_english;
 
 private Q_SLOTS:
-    void initTestCase() { QVERIFY(m_configHome.use()); }
+    void initTestCase() {
+        QVERIFY(m_configHome.use());
+        QVERIFY(m_english.install());
+    }
 
     void init() { PrivateConfigHome::clearPreferences(); }
 
