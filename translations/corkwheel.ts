@@ -183,6 +183,84 @@
     </message>
 </context>
 <context>
+    <name>corkwheel::ExtraStatRows</name>
+    <message>
+        <source>Cores</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unavailable</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Temperature</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no sensors</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fans</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>none found</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Battery</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>RPM</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 left</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 to full</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>charging</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>full</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>on AC</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::Fans</name>
+    <message>
+        <source>GPU Fan</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fan %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>corkwheel::GeneralSection</name>
     <message>
         <source>General</source>
@@ -494,6 +572,10 @@
         <source>%1 GB free</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Cores</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>corkwheel::StatsLayout</name>
@@ -502,6 +584,96 @@
         <translation type="unfinished">
             <numerusform></numerusform>
         </translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::StatsSection</name>
+    <message>
+        <source>Rows &amp; Warnings</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shown below memory, in this order.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Each Core</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Load Average</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Swap</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Temperatures</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Fans</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Battery</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Past its threshold a row&apos;s bar and figure take the warning&apos;s colour.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>above %1%</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CPU</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Memory</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Disks</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>above %1% used</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>above %1 °C</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>At each sensor&apos;s own maximum, where it has one</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>below %1%</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warn on %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::Temperatures</name>
+    <message>
+        <source>CPU</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>GPU</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>NVMe</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

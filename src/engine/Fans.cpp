@@ -27,9 +27,9 @@ QList<FanReading> fromChips(const QList<HwmonChip>& chips) {
                 continue;
             QString label = channel.label;
             if (label.isEmpty() && isGraphicsDriver(chip.name))
-                label = QCoreApplication::translate("Fans", "GPU Fan");
+                label = QCoreApplication::translate("corkwheel::Fans", "GPU Fan");
             else if (label.isEmpty())
-                label = QCoreApplication::translate("Fans", "Fan %1").arg(++unnamed);
+                label = QCoreApplication::translate("corkwheel::Fans", "Fan %1").arg(++unnamed);
             const auto max = channel.max && *channel.max > 0 ? std::optional(double(*channel.max))
                                                              : std::nullopt;
             fans.append(FanReading{label, double(*channel.input), max});

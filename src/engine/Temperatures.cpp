@@ -133,13 +133,16 @@ QList<TemperatureReading> fromChips(const QList<HwmonChip>& chips) {
         case Kind::Cpu:
             // One row for the processor: with several sockets, the hottest.
             if (!cpu || celsius(*channel->input) > cpu->celsius)
-                cpu = readingOf(QCoreApplication::translate("Temperatures", "CPU"), *channel);
+                cpu = readingOf(QCoreApplication::translate("corkwheel::Temperatures", "CPU"),
+                                *channel);
             break;
         case Kind::Gpu:
-            gpus.append(readingOf(QCoreApplication::translate("Temperatures", "GPU"), *channel));
+            gpus.append(
+                readingOf(QCoreApplication::translate("corkwheel::Temperatures", "GPU"), *channel));
             break;
         case Kind::Disk:
-            disks.append(readingOf(QCoreApplication::translate("Temperatures", "NVMe"), *channel));
+            disks.append(readingOf(QCoreApplication::translate("corkwheel::Temperatures", "NVMe"),
+                                   *channel));
             break;
         case Kind::Other:
             break;
@@ -178,7 +181,7 @@ QList<TemperatureReading> readThermalZones(const KernelFiles& files) {
                                    tripPoint(files, zone, fileNames, u"hot"),
                                    tripPoint(files, zone, fileNames, u"critical")};
         if (measuresProcessor(zoneType)) {
-            reading.label = QCoreApplication::translate("Temperatures", "CPU");
+            reading.label = QCoreApplication::translate("corkwheel::Temperatures", "CPU");
             if (!cpu || reading.celsius > cpu->celsius)
                 cpu = reading;
         } else {

@@ -13,9 +13,10 @@ namespace corkwheel::ExtraStatRows {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("ExtraStatRows", text);
-}
+// The rows' texts, in a translation context of their own.
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(corkwheel::ExtraStatRows)
+};
 
 const QString kThermometer = QStringLiteral("thermometer");
 
@@ -37,19 +38,20 @@ double share(double value) {
 
 void appendCores(QList<StatRow>& rows, const SystemStatsSample& sample) {
     if (!sample.rowsRead.cores)
-        rows.append(withoutFigure(tr("Cores"), QStringLiteral("cpu"), notReadYet()));
+        rows.append(withoutFigure(Texts::tr("Cores"), QStringLiteral("cpu"), notReadYet()));
     else if (sample.coreUsages.isEmpty())
-        rows.append(withoutFigure(tr("Cores"), QStringLiteral("cpu"), tr("unavailable")));
+        rows.append(
+            withoutFigure(Texts::tr("Cores"), QStringLiteral("cpu"), Texts::tr("unavailable")));
     else
         rows.append(StatRow::cores(sample.coreUsages));
 }
 
 void appendLoad(QList<StatRow>& rows, const SystemStatsSample& sample) {
-    const QString label = tr("Load");
+    const QString label = Texts::tr("Load");
     const QString symbol = QStringLiteral("gauge.with.dots.needle.50percent");
     if (!sample.rowsRead.load || !sample.load) {
-        rows.append(
-            withoutFigure(label, symbol, sample.rowsRead.load ? tr("unavailable") : notReadYet()));
+        rows.append(withoutFigure(label, symbol,
+                                  sample.rowsRead.load ? Texts::tr("unavailable") : notReadYet()));
         return;
     }
     // Full when every online CPU had a task, on average, over the last minute.
@@ -59,15 +61,15 @@ void appendLoad(QList<StatRow>& rows, const SystemStatsSample& sample) {
 
 void appendSwap(QList<StatRow>& rows, const SystemStatsSample& sample,
                 const StatsWarnings& warnings) {
-    const QString label = tr("Swap");
+    const QString label = Texts::tr("Swap");
     const QString symbol = QStringLiteral("memorychip");
     if (!sample.rowsRead.swap || !sample.swap) {
-        rows.append(
-            withoutFigure(label, symbol, sample.rowsRead.swap ? tr("unavailable") : notReadYet()));
+        rows.append(withoutFigure(label, symbol,
+                                  sample.rowsRead.swap ? Texts::tr("unavailable") : notReadYet()));
         return;
     }
     if (sample.swap->totalGB <= 0) {
-        rows.append(withoutFigure(label, symbol, tr("none")));
+        rows.append(withoutFigure(label, symbol, Texts::tr("none")));
         return;
     }
     StatRow row{label, symbol, sample.swap->usedFraction,
@@ -79,8 +81,9 @@ void appendSwap(QList<StatRow>& rows, const SystemStatsSample& sample,
 void appendTemperatures(QList<StatRow>& rows, const SystemStatsSample& sample,
                         const StatsWarnings& warnings) {
     if (!sample.rowsRead.temperatures || sample.temperatures.isEmpty()) {
-        rows.append(withoutFigure(tr("Temperature"), kThermometer,
-                                  sample.rowsRead.temperatures ? tr("no sensors") : notReadYet()));
+        rows.append(
+            withoutFigure(Texts::tr("Temperature"), kThermometer,
+                          sample.rowsRead.temperatures ? Texts::tr("no sensors") : notReadYet()));
         return;
     }
     for (const TemperatureReading& reading : sample.temperatures) {
@@ -99,8 +102,8 @@ void appendTemperatures(QList<StatRow>& rows, const SystemStatsSample& sample,
 void appendFans(QList<StatRow>& rows, const SystemStatsSample& sample) {
     const QString symbol = QStringLiteral("fan");
     if (!sample.rowsRead.fans || sample.fans.isEmpty()) {
-        rows.append(withoutFigure(tr("Fans"), symbol,
-                                  sample.rowsRead.fans ? tr("none found") : notReadYet()));
+        rows.append(withoutFigure(Texts::tr("Fans"), symbol,
+                                  sample.rowsRead.fans ? Texts::tr("none found") : notReadYet()));
         return;
     }
     for (const FanReading& fan : sample.fans) {
@@ -115,7 +118,7 @@ void appendBattery(QList<StatRow>& rows, const SystemStatsSample& sample,
                    const StatsWarnings& warnings) {
     if (!sample.battery)
         return;
-    StatRow row{tr("Battery"), QStringLiteral("battery"), sample.battery->fraction,
+    StatRow row{Texts::tr("Battery"), QStringLiteral("battery"), sample.battery->fraction,
                 batteryDetail(*sample.battery)};
     row.warningColor = StatWarning::below(warnings.battery, sample.battery->fraction * 100);
     rows.append(row);
@@ -148,7 +151,7 @@ QString temperatureDetail(double celsius) {
 
 QString fanDetail(double rpm) {
     const double shown = std::isfinite(rpm) ? std::clamp(rpm, 0.0, 1e9) : 0.0;
-    return QString::number(std::llround(shown)) + u' ' + tr("RPM");
+    return QString::number(std::llround(shown)) + u' ' + Texts::tr("RPM");
 }
 
 QString loadDetail(const LoadAverage& load) {
@@ -168,15 +171,15 @@ QString batteryDetail(const BatteryReading& battery) {
     const QString dot = QStringLiteral(u" \u00B7 ");
     using State = BatteryReading::State;
     if (battery.state == State::Discharging && battery.secondsToEmpty)
-        return percent + dot + tr("%1 left").arg(duration(*battery.secondsToEmpty));
+        return percent + dot + Texts::tr("%1 left").arg(duration(*battery.secondsToEmpty));
     if (battery.state == State::Charging && battery.secondsToFull)
-        return percent + dot + tr("%1 to full").arg(duration(*battery.secondsToFull));
+        return percent + dot + Texts::tr("%1 to full").arg(duration(*battery.secondsToFull));
     if (battery.state == State::Charging)
-        return percent + dot + tr("charging");
+        return percent + dot + Texts::tr("charging");
     if (battery.state == State::Full)
-        return percent + dot + tr("full");
+        return percent + dot + Texts::tr("full");
     if (battery.onExternalPower)
-        return percent + dot + tr("on AC");
+        return percent + dot + Texts::tr("on AC");
     return percent;
 }
 

@@ -43,7 +43,8 @@ StatRow StatRow::disk(const DiskInfo& disk) {
 }
 
 StatRow StatRow::cores(const QList<double>& usages) {
-    StatRow row{QCoreApplication::translate("StatRow", "Cores"), QStringLiteral("cpu"), 0, {}};
+    StatRow row{
+        QCoreApplication::translate("corkwheel::StatRow", "Cores"), QStringLiteral("cpu"), 0, {}};
     row.coreBars = usages;
     return row;
 }
