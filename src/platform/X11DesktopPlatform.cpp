@@ -30,6 +30,9 @@ constexpr char kQtWindowTypeProperty[] = "_q_xcb_wm_window_type";
 
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
 
+// Where Corkwheel last placed a panel window, kept on the window itself.
+constexpr char kFrameProperty[] = "corkwheelFrame";
+
 // Calls back whenever its window is exposed, which a freshly mapped window only is once the
 // window manager has taken it in.
 class ExposeWatcher : public QObject {
@@ -110,8 +113,24 @@ void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
     setReceivesMouse(window, false);
     // Window managers copy the input shape to their frame only when told of a change after
     // they took the window in; one set before that leaves the frame catching every click.
-    new ExposeWatcher(window->windowHandle(),
-                      [this, window] { setReceivesMouse(window, !isPinned(window)); });
+    new ExposeWatcher(window->windowHandle(), [this, window] {
+        setReceivesMouse(window, !isPinned(window));
+        keepAtFrame(window);
+    });
+}
+
+void X11DesktopPlatform::setFrame(QWidget* window, const WindowPlace& place) {
+    window->setProperty(kFrameProperty, place.frame);
+    QtDesktopPlatform::setFrame(window, place);
+}
+
+// Some window managers move a window as they take it in: Openbox pushes a splash window
+// wholly onto one monitor, so a panel lying across two would not be where it was put. Asked
+// again once the window is shown, they leave it where it is asked to be.
+void X11DesktopPlatform::keepAtFrame(QWidget* window) {
+    const QRect frame = window->property(kFrameProperty).toRect();
+    if (frame.isValid() && window->geometry() != frame)
+        window->setGeometry(frame);
 }
 
 void X11DesktopPlatform::setPinned(QWidget* window, bool pinned) {

@@ -31,6 +31,7 @@ public:
 
     void preparePanelWindow(QWidget* window) override;
     void setPinned(QWidget* window, bool pinned) override;
+    void setFrame(QWidget* window, const WindowPlace& place) override;
     void orderFront(QWidget* window) override;
     bool hasCompositor() const override;
     void watchCompositor(std::function<void()> changed) override;
@@ -45,6 +46,7 @@ private:
     void setDesktopWideState(QWidget* window);
     void setReceivesMouse(QWidget* window, bool receives);
     void lowerWithinLayer(QWidget* window);
+    static void keepAtFrame(QWidget* window);
     std::uint32_t rootWindow() const;
     WindowManager windowManager() const;
     bool announces(std::uint32_t root, const QByteArray& hint) const;

@@ -24,12 +24,23 @@ QSize displaySize() {
     return size.size() == 2 ? QSize(size[0].toInt(), size[1].toInt()) : QSize();
 }
 
+// The name Xvfb gives its one output.
+const QString kXvfbOutput = QStringLiteral("screen");
+
+void deleteMonitor(const QString& name) {
+    run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
+}
+
 // A RandR monitor over part of the screen, as a second monitor appears to Qt and to the
-// window manager; a name starting with "*" makes it the primary one. Unless a monitor lists
-// the server's one output, the server adds a monitor of its own over the whole screen, which
-// would be one screen more.
-void setMonitor(const QString& name, const QRect& area,
-                const QString& output = QStringLiteral("none")) {
+// window manager, in place of one of the same name. A name starting with "*" makes it the
+// primary one; it lists the server's one output, as a real primary monitor would: Mutter
+// takes the primary output, not the monitor's flag, for the primary monitor. While no
+// monitor lists the output, the server adds one of its own over the whole screen.
+void setMonitor(const QString& name, const QRect& area) {
+    const bool primary = name.startsWith(u'*');
+    // The server replaces no monitor, nor takes an output from one.
+    deleteMonitor(primary ? name.mid(1) : name);
+    const QString output = primary ? kXvfbOutput : QStringLiteral("none");
     // About 96 dots an inch: the millimetres matter only to the scale Qt would pick.
     const QString geometry = QStringLiteral("%1/%2x%3/%4+%5+%6")
                                  .arg(area.width())
@@ -39,13 +50,6 @@ void setMonitor(const QString& name, const QRect& area,
                                  .arg(area.x())
                                  .arg(area.y());
     run(QStringLiteral("xrandr"), {QStringLiteral("--setmonitor"), name, geometry, output});
-}
-
-// The name Xvfb gives its one output.
-const QString kXvfbOutput = QStringLiteral("screen");
-
-void deleteMonitor(const QString& name) {
-    run(QStringLiteral("xrandr"), {QStringLiteral("--delmonitor"), name});
 }
 
 // Where the document of `corkwheel` has `panel`; a frame of nothing when it has none.
@@ -86,13 +90,16 @@ private:
             [&] { return windowUnderPointer(titleBar) != windowUnderPointer(bareDesktop); }, kWait);
     }
 
-    // The two halves as monitors, the one named with "*" the main one, which takes the
-    // server's output.
+    // The two halves as monitors, the left or the right one the main one. The main one is
+    // set last, once the other has let go of the output.
     void splitScreen(bool rightIsMain) const {
-        setMonitor(rightIsMain ? QStringLiteral("left") : QStringLiteral("*left"), m_left,
-                   rightIsMain ? QStringLiteral("none") : kXvfbOutput);
-        setMonitor(rightIsMain ? QStringLiteral("*right") : QStringLiteral("right"), m_right,
-                   rightIsMain ? kXvfbOutput : QStringLiteral("none"));
+        if (rightIsMain) {
+            setMonitor(QStringLiteral("left"), m_left);
+            setMonitor(QStringLiteral("*right"), m_right);
+        } else {
+            setMonitor(QStringLiteral("right"), m_right);
+            setMonitor(QStringLiteral("*left"), m_left);
+        }
     }
 
 private Q_SLOTS:
@@ -151,19 +158,21 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(), QPoint(40, 300), kWait);
         const QByteArray written = documentBytes(corkwheel);
 
-        deleteMonitor(QStringLiteral("right"));
-        setMonitor(QStringLiteral("*right"), m_right);
+        splitScreen(true);
         const QPoint rightCorner = m_right.topLeft();
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(),
                                   rightCorner + QPoint(40, 40), kWait);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(draggedWindow).topLeft(),
                                   rightCorner + QPoint(40, 300), kWait);
         // Narrower, its corner further right: Xvfb moves a monitor only by taking it away
-        // and adding it again. Taken away, the left one is main again; seen to be so before
-        // the right one comes back, so that the two changes cannot reach Corkwheel as one.
+        // and adding it again. Taken away with the left one, the whole screen is main again;
+        // seen to be so before the right one comes back, so that the two changes cannot reach
+        // Corkwheel as one.
         deleteMonitor(QStringLiteral("right"));
+        deleteMonitor(QStringLiteral("left"));
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(), QPoint(40, 40), kWait);
         const QRect moved = m_right.adjusted(m_right.width() / 4, 0, 0, 0);
+        setMonitor(QStringLiteral("left"), m_left);
         setMonitor(QStringLiteral("*right"), moved);
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(stillWindow).topLeft(),
                                   moved.topLeft() + QPoint(40, 40), kWait);
@@ -190,8 +199,9 @@ private Q_SLOTS:
     void panelsOfAnUnpluggedMonitorComeOntoTheMainOneAndGoBack() {
         splitScreen(false);
         const int edge = m_right.x();
-        const Panel away = textPanel(QStringLiteral("Away E2E"), {edge + 40, 300, 200, 60});
-        const Panel across = textPanel(QStringLiteral("Across E2E"), {edge - 100, 40, 200, 60});
+        const Panel away = textPanel(QStringLiteral("Away E2E"), {double(edge + 40), 300, 200, 60});
+        const Panel across =
+            textPanel(QStringLiteral("Across E2E"), {double(edge - 100), 40, 200, 60});
         const CorkwheelProcess corkwheel({away, across});
         const WId awayWindow = shownWindowNamed(away.name);
         const WId acrossWindow = shownWindowNamed(across.name);
