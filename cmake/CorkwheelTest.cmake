@@ -88,6 +88,36 @@ function(corkwheel_add_gnome_test name)
         SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
 endfunction()
 
+# corkwheel_add_kwin_test(<name> SOURCES ... [LIBS ...])
+#
+# An end-to-end test in a headless KWin session on Wayland of its own, Plasma's compositor,
+# which scripts/in-kwin-desktop.sh starts and runs the test in, as the session's user. The
+# test is itself a client of Qt's Wayland platform.
+function(corkwheel_add_kwin_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    corkwheel_register_kwin_test(${name} ${name})
+endfunction()
+
+# corkwheel_register_kwin_test(<name> <target> [OUTPUTS <count>] [ARGUMENTS ...])
+#
+# Registers the test executable <target> as the CTest test <name> in a KWin session with
+# <count> outputs side by side (one unless given), run with ARGUMENTS (the names of the test
+# functions to run, say).
+function(corkwheel_register_kwin_test name target)
+    cmake_parse_arguments(ARG "" "OUTPUTS" "ARGUMENTS" ${ARGN})
+    if(NOT ARG_OUTPUTS)
+        set(ARG_OUTPUTS 1)
+    endif()
+    # As the application sets it for itself (DisplaySession).
+    corkwheel_test_environment(_env QT_QPA_PLATFORM=wayland QT_WAYLAND_DISABLE_FIXED_POSITIONS=1)
+    add_test(NAME ${name}
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-kwin-desktop.sh --outputs ${ARG_OUTPUTS}
+            $<TARGET_FILE:${target}> ${ARG_ARGUMENTS})
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 300
+        SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
+endfunction()
+
 function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
