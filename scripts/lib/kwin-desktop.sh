@@ -69,8 +69,9 @@ start_kwin_desktop() {
     export DBUS_SESSION_BUS_ADDRESS=${output%%$'\n'*}
 
     # KWin would hand its own Qt platform setting down to the programs it starts; the tests
-    # set theirs themselves.
-    run_as_kwin_user env -u QT_QPA_PLATFORM KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 \
+    # set theirs themselves. Started without a function in between, so that the process
+    # whose id is kept becomes KWin, which stop_kwin_desktop ends.
+    "${KWIN_DESKTOP_AS_USER[@]}" env -u QT_QPA_PLATFORM KWIN_WAYLAND_NO_PERMISSION_CHECKS=1 \
         kwin_wayland --virtual --width "$KWIN_DESKTOP_WIDTH" --height "$KWIN_DESKTOP_HEIGHT" \
         --output-count "$outputs" --no-lockscreen --no-global-shortcuts --socket wayland-kwin \
         >"$state/kwin.log" 2>&1 &
