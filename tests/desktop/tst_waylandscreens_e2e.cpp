@@ -7,10 +7,11 @@
 // Everything is checked the way a user sees it: the pixels of both outputs, taken with
 // grim, and the pointer, moved with a virtual device of sway's.
 //
-// The checks that leave the outputs as they are also run under KWin, Plasma's compositor,
-// which scripts/in-kwin-desktop.sh starts with the two outputs; CTest names them. KWin
-// takes no screenshots without a GPU, so there what is seen is read from the windows KWin
-// stacks on its outputs (support/KWinScripting.h), and the pointer is KWin's fake input.
+// The same checks run under KWin, Plasma's compositor, which scripts/in-kwin-desktop.sh
+// starts with both outputs; the test moves the second, switches it off and on again with
+// kscreen-doctor, as Plasma's display settings do. KWin takes no screenshots without a GPU,
+// so there what is seen is read from the windows KWin stacks on its outputs
+// (support/KWinScripting.h), and the pointer is KWin's fake input.
 
 #include "support/CorkwheelProcess.h"
 #include "support/InProcessDesktop.h"
@@ -132,14 +133,55 @@ bool qtSeesOutputAt(const QRect& geometry) {
                        [&](const QScreen* screen) { return screen->geometry() == geometry; });
 }
 
+// KWin's second virtual output, which it makes at its start.
+const QString kKWinSecondOutput = QStringLiteral("Virtual-1");
+
+// Changes KWin's outputs as Plasma's display settings do, through the same library.
+void kscreenDoctor(const QStringList& settings) {
+    run(QStringLiteral("kscreen-doctor"), settings);
+}
+
 void moveOutput(const QString& name, QPoint to) {
+    if (underKWin()) {
+        kscreenDoctor(
+            {QStringLiteral("output.%1.position.%2,%3").arg(name).arg(to.x()).arg(to.y())});
+        return;
+    }
     swaymsg({QStringLiteral("output"), name, QStringLiteral("position"), QString::number(to.x()),
              QString::number(to.y())});
 }
 
-// A new headless output of sway's, where the second output goes: a monitor plugged in.
-// Returns its name, which sway numbers on; empty when none was made.
+// The output gone, as when its monitor is unplugged.
+void unplugOutput(const QString& name) {
+    if (underKWin())
+        kscreenDoctor({QStringLiteral("output.%1.disable").arg(name)});
+    else
+        swaymsg({QStringLiteral("output"), name, QStringLiteral("unplug")});
+}
+
+// How wide the outputs are together.
+int layoutWidth() {
+    if (!underKWin())
+        return screenshot().width();
+    QRect layout;
+    for (const QRect& output : KWinScripting::screens())
+        layout = layout.united(output);
+    return layout.width();
+}
+
+// A second output where the second output goes: a monitor plugged in. Under sway a new
+// headless output, named as sway numbers them; under KWin, whose virtual outputs are all
+// made at its start, its second one switched on again. Returns its name; empty when none
+// was made.
 QString plugInSecondOutput() {
+    if (underKWin()) {
+        kscreenDoctor({QStringLiteral("output.%1.enable").arg(kKWinSecondOutput),
+                       QStringLiteral("output.%1.position.%2,%3")
+                           .arg(kKWinSecondOutput)
+                           .arg(kSecondOutput.x())
+                           .arg(kSecondOutput.y())});
+        return kKWinSecondOutput;
+    }
     const QSet<QString> before = outputNames();
     swaymsg({QStringLiteral("create_output")});
     const QSet<QString> added = outputNames() - before;
@@ -167,6 +209,9 @@ private Q_SLOTS:
     void initTestCase() {
         QCOMPARE(QGuiApplication::platformName(), QStringLiteral("wayland"));
         if (underKWin()) {
+            const QString missing = missingTool({QStringLiteral("kscreen-doctor")});
+            QVERIFY2(missing.isEmpty(), qPrintable(missing));
+            m_secondOutput = kKWinSecondOutput;
             QCOMPARE(KWinScripting::screens(), QList<QRect>({kMainOutput, kSecondOutput}));
             QTRY_VERIFY_WITH_TIMEOUT(qtSeesOutputAt(kSecondOutput), kWait);
             QVERIFY2(m_pointer.plugIn(QStringLiteral(CORKWHEEL_POINTER_DEVICE),
@@ -195,8 +240,6 @@ private Q_SLOTS:
     void cleanup() {
         m_manager.reset();
         m_fixture.reset();
-        if (underKWin())
-            return;
         moveOutput(m_secondOutput, kSecondOutput.topLeft());
         QTRY_VERIFY_WITH_TIMEOUT(qtSeesOutputAt(kSecondOutput), kWait);
     }
@@ -250,11 +293,11 @@ private Q_SLOTS:
         startInProcess({panel});
         // Its lower right corner is on the second output, most of it on the main one.
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
-        const QImage screen = screenshot();
+        const SeenOutputs seen = SeenOutputs::now();
         const QPoint onMain = frame.topLeft() + QPoint(100, 100);
-        QVERIFY(isColor(screen.pixelColor(onMain), kPanelColor));
-        QVERIFY(isColor(screen.pixelColor(onMain - QPoint(104, 0)), kMainColor));
-        QVERIFY(isColor(screen.pixelColor(onMain - QPoint(0, 104)), kMainColor));
+        QVERIFY(seen.panelAt(onMain));
+        QVERIFY(seen.backgroundOfAt(kMainOutput, onMain - QPoint(104, 0)));
+        QVERIFY(seen.backgroundOfAt(kMainOutput, onMain - QPoint(0, 104)));
     }
 
     // Dragged by its title bar in edit mode from the main output to the second one, the
@@ -294,11 +337,11 @@ private Q_SLOTS:
         const QRect frame = rectOf(away.frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
 
-        swaymsg({QStringLiteral("output"), m_secondOutput, QStringLiteral("unplug")});
+        unplugOutput(m_secondOutput);
         // Inside the main output, as far right as it fits, at the same height.
         const QRect inside(kOutputSize.width() - frame.width(), frame.y(), frame.width(),
                            frame.height());
-        QTRY_COMPARE_WITH_TIMEOUT(screenshot().width(), kOutputSize.width(), kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(layoutWidth(), kOutputSize.width(), kWait);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(inside)), kWait);
         QCOMPARE(store().panels().first().frame, away.frame);
         QCOMPARE(savedFrame(away), away.frame);
@@ -306,7 +349,8 @@ private Q_SLOTS:
         m_secondOutput = plugInSecondOutput();
         QVERIFY2(!m_secondOutput.isEmpty(), "sway made no second output");
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(frame)), kWait);
-        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(sampleOf(inside)), kMainColor), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(SeenOutputs::now().backgroundOfAt(kMainOutput, sampleOf(inside)),
+                                 kWait);
         QCOMPARE(store().panels().first().frame, away.frame);
     }
 };
