@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Panel windows in a Plasma session on Wayland: KWin, headless, which
+// Panel windows in a Plasma session on Wayland: KWin and Plasma's shell, headless, which
 // scripts/in-kwin-desktop.sh starts and runs this test in as the session's user. KWin offers
 // layer surfaces, so the corkwheel binary must choose Wayland itself, its panels layer
 // surfaces of KWin's. Without a GPU KWin takes no screenshots, so everything is checked
 // through what KWin itself knows (support/KWinScripting.h): the stacking order, each
-// window's layer, frame and virtual desktops, and what the pointer is over, the pointer a
-// virtual device of KWin's (its fake input).
-//
-// Plasma's own desktop (plasmashell) needs OpenGL to draw; a window as plasmashell makes it
-// stands in for it: a layer surface of the "desktop" kind filling the screen in the
-// background layer. Plasma's tray (its StatusNotifierWatcher) is plasmashell's too; the test
-// keeps a watcher of its own on the session bus, where Corkwheel's tray icon registers, and
-// uses the icon's menu over the bus as the tray does.
+// window's layer, frame and virtual desktops, which window is active, and what the pointer
+// is over, the pointer a virtual device of KWin's (its fake input). Plasma's shell draws the
+// desktop (with Qt Quick's software renderer) and keeps the tray, with whose
+// StatusNotifierWatcher Corkwheel's icon registers; the test uses the icon's menu over the
+// session bus, as the tray does.
 
 #include "support/CorkwheelProcess.h"
 #include "support/KWinScripting.h"
@@ -22,22 +19,19 @@
 
 #include "desktop/DesktopPanelHostView.h"
 
-#include <LayerShellQt/Window>
-
 #include <QApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusVariant>
-#include <QDBusVirtualObject>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QTest>
 #include <QWidget>
 #include <QWindow>
 
-#include <cstdio>
+#include <algorithm>
 #include <memory>
 
 using namespace corkwheel;
@@ -59,162 +53,28 @@ constexpr int kAboveLayer = 3;
 
 const QString kOrdinaryTitle = QStringLiteral("E2E Ordinary");
 
-// An application's window, maximised over the whole output; it keeps the presses it gets.
+// An application's window; it keeps the presses it gets.
 class OrdinaryWindow : public QWidget {
 public:
-    OrdinaryWindow() {
+    // Maximised, or of `fixedSize` where KWin places it when that is given.
+    explicit OrdinaryWindow(QSize fixedSize = {}) {
         setWindowTitle(kOrdinaryTitle);
         setAutoFillBackground(true);
         QPalette filled = palette();
         filled.setColor(QPalette::Window, kWindowColor);
         setPalette(filled);
-        showMaximized();
+        if (fixedSize.isValid()) {
+            setFixedSize(fixedSize);
+            show();
+        } else {
+            showMaximized();
+        }
     }
 
     int presses = 0;
 
 protected:
     void mousePressEvent(QMouseEvent*) override { ++presses; }
-};
-
-// The desktop as plasmashell draws it: a layer surface of the "desktop" kind over the whole
-// output, in the background layer, below everything else. It writes a line to its standard
-// output for each press it gets.
-class DesktopStandIn : public QWidget {
-public:
-    DesktopStandIn() {
-        setWindowFlags(Qt::FramelessWindowHint);
-        setGeometry(QRect(QPoint(), kScreenSize));
-        winId();
-        if (auto* surface = LayerShellQt::Window::get(windowHandle())) {
-            surface->setScope(QStringLiteral("desktop"));
-            surface->setLayer(LayerShellQt::Window::LayerBackground);
-            surface->setAnchors(LayerShellQt::Window::Anchors(
-                LayerShellQt::Window::AnchorTop | LayerShellQt::Window::AnchorBottom |
-                LayerShellQt::Window::AnchorLeft | LayerShellQt::Window::AnchorRight));
-            surface->setExclusiveZone(-1);
-            surface->setKeyboardInteractivity(LayerShellQt::Window::KeyboardInteractivityOnDemand);
-        }
-        show();
-    }
-
-protected:
-    void mousePressEvent(QMouseEvent*) override {
-        std::fputs("press\n", stdout);
-        std::fflush(stdout);
-    }
-};
-
-const QString kDesktopOption = QStringLiteral("--desktop");
-
-int runDesktopStandIn(int argc, char* argv[]) {
-    QApplication app(argc, argv);
-    DesktopStandIn desktop;
-    return app.exec();
-}
-
-// The desktop stand-in, in a process of its own as plasmashell is: KWin counts every window
-// of a process that has a desktop window as part of the desktop, which "show desktop" leaves
-// shown, so the test's own windows must not share its process.
-class DesktopProcess {
-public:
-    DesktopProcess() {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QCoreApplication::applicationFilePath(), {kDesktopOption});
-    }
-
-    ~DesktopProcess() {
-        m_process.terminate();
-        if (!m_process.waitForFinished(kWait))
-            m_process.kill();
-        m_process.waitForFinished(kWait);
-    }
-
-    qint64 pid() const { return m_process.processId(); }
-
-    // The presses it has got so far.
-    int presses() {
-        m_output += m_process.readAllStandardOutput();
-        return static_cast<int>(m_output.count("press\n"));
-    }
-
-private:
-    QProcess m_process;
-    QByteArray m_output;
-};
-
-// The StatusNotifierWatcher that Plasma's tray keeps on the session bus, where tray icons
-// register: it takes the registrations and answers that a tray shows them.
-class TrayWatcherStandIn : public QDBusVirtualObject {
-public:
-    static constexpr auto kService = "org.kde.StatusNotifierWatcher";
-    static constexpr auto kPath = "/StatusNotifierWatcher";
-
-    bool start() {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        return bus.registerVirtualObject(QString::fromLatin1(kPath), this) &&
-               bus.registerService(QString::fromLatin1(kService));
-    }
-
-    ~TrayWatcherStandIn() override {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        bus.unregisterService(QString::fromLatin1(kService));
-        bus.unregisterObject(QString::fromLatin1(kPath));
-    }
-
-    // The bus names of the items registered, latest last.
-    QStringList items;
-
-    QString introspect(const QString&) const override {
-        return QStringLiteral(R"XML(
-  <interface name="org.kde.StatusNotifierWatcher">
-    <method name="RegisterStatusNotifierItem"><arg name="service" type="s" direction="in"/></method>
-    <method name="RegisterStatusNotifierHost"><arg name="service" type="s" direction="in"/></method>
-    <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
-    <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
-    <property name="ProtocolVersion" type="i" access="read"/>
-    <signal name="StatusNotifierItemRegistered"><arg type="s"/></signal>
-  </interface>)XML");
-    }
-
-    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
-        const QString member = message.member();
-        if (member == QStringLiteral("RegisterStatusNotifierItem") &&
-            message.arguments().size() == 1) {
-            // An item may give its object path instead of its bus name: its sender is then
-            // the name.
-            QString item = message.arguments().first().toString();
-            if (item.startsWith(u'/'))
-                item = message.service();
-            items.append(item);
-            connection.send(message.createReply());
-            QDBusMessage registered = QDBusMessage::createSignal(
-                QString::fromLatin1(kPath), QStringLiteral("org.kde.StatusNotifierWatcher"),
-                QStringLiteral("StatusNotifierItemRegistered"));
-            registered.setArguments({item});
-            connection.send(registered);
-            return true;
-        }
-        if (member == QStringLiteral("RegisterStatusNotifierHost")) {
-            connection.send(message.createReply());
-            return true;
-        }
-        if (member == QStringLiteral("Get") && message.arguments().size() == 2) {
-            const QString property = message.arguments().at(1).toString();
-            QVariant value;
-            if (property == QStringLiteral("IsStatusNotifierHostRegistered"))
-                value = true;
-            else if (property == QStringLiteral("ProtocolVersion"))
-                value = 0;
-            else if (property == QStringLiteral("RegisteredStatusNotifierItems"))
-                value = items;
-            else
-                return false;
-            connection.send(message.createReply(QVariant::fromValue(QDBusVariant(value))));
-            return true;
-        }
-        return false;
-    }
 };
 
 // One item of a tray icon's menu, as the tray reads it over the bus (com.canonical.dbusmenu).
@@ -243,15 +103,31 @@ QVariant propertyOnBus(const QString& service, const QString& path, const QStrin
     return reply.arguments().first().value<QDBusVariant>().variant();
 }
 
-// The menu of the tray icon whose item has the bus name `item`.
+// A tray icon as the watcher has it registered: a bus name and the item's object path.
+struct TrayItem {
+    QString service;
+    QString path;
+
+    // From the watcher's "SERVICE/PATH" (a bare service has its item at the usual path).
+    static TrayItem from(const QString& registered) {
+        const qsizetype slash = registered.indexOf(u'/');
+        if (slash < 0)
+            return {registered, QStringLiteral("/StatusNotifierItem")};
+        return {registered.left(slash), registered.mid(slash)};
+    }
+
+    bool isValid() const { return !service.isEmpty(); }
+};
+
+// The menu of a tray icon.
 class TrayMenu {
 public:
-    explicit TrayMenu(const QString& item) : m_item(item) {}
+    explicit TrayMenu(const TrayItem& item) : m_item(item.service), m_itemPath(item.path) {}
 
     // The object path of the menu the item names; empty when it names none.
     QString path() const {
-        return propertyOnBus(m_item, QStringLiteral("/StatusNotifierItem"),
-                             QStringLiteral("org.kde.StatusNotifierItem"), QStringLiteral("Menu"))
+        return propertyOnBus(m_item, m_itemPath, QStringLiteral("org.kde.StatusNotifierItem"),
+                             QStringLiteral("Menu"))
             .value<QDBusObjectPath>()
             .path();
     }
@@ -318,7 +194,31 @@ private:
     static inline const QString kInterface = QStringLiteral("com.canonical.dbusmenu");
 
     QString m_item;
+    QString m_itemPath;
 };
+
+// The tray icons registered with Plasma's StatusNotifierWatcher.
+QList<TrayItem> registeredTrayItems() {
+    QList<TrayItem> items;
+    const QStringList registered = propertyOnBus(QStringLiteral("org.kde.StatusNotifierWatcher"),
+                                                 QStringLiteral("/StatusNotifierWatcher"),
+                                                 QStringLiteral("org.kde.StatusNotifierWatcher"),
+                                                 QStringLiteral("RegisteredStatusNotifierItems"))
+                                       .toStringList();
+    for (const QString& item : registered)
+        items.append(TrayItem::from(item));
+    return items;
+}
+
+// The window KWin has active (the one with the keyboard), as a click makes it.
+std::optional<KWinWindow> activeWindow() {
+    const QJsonValue found =
+        KWinScripting::evaluate(QStringLiteral("describe(workspace.activeWindow)"))
+            .value_or(QJsonValue());
+    if (!found.isObject())
+        return std::nullopt;
+    return KWinWindow::from(found.toObject());
+}
 
 } // namespace
 
@@ -326,8 +226,6 @@ class PlasmaEndToEndTest : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DesktopProcess> m_desktop;
-    std::unique_ptr<TrayWatcherStandIn> m_watcher;
     std::unique_ptr<CorkwheelProcess> m_corkwheel;
     std::unique_ptr<OrdinaryWindow> m_ordinary;
     WaylandPointer m_pointer;
@@ -421,16 +319,15 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT(ordinaryWindowIsSeenAt(sampleOf(panel)), kWait);
     }
 
-    // The bus name of Corkwheel's tray icon, once registered with the watcher; empty when it
-    // never is.
-    QString trayItem() {
-        QString found;
+    // Corkwheel's tray icon, once registered with the watcher; an invalid one when it never
+    // is.
+    TrayItem trayItem() {
+        TrayItem found;
         [[maybe_unused]] const bool registered = QTest::qWaitFor(
             [&] {
                 QDBusConnectionInterface* bus = QDBusConnection::sessionBus().interface();
-                for (const QString& item : m_watcher->items) {
-                    if (bus->isServiceRegistered(item) &&
-                        bus->servicePid(item).value() == corkwheelPid()) {
+                for (const TrayItem& item : registeredTrayItems()) {
+                    if (bus->servicePid(item.service).value() == corkwheelPid()) {
                         found = item;
                         return true;
                     }
@@ -442,8 +339,8 @@ private:
     }
 
     void chooseInTray(const QString& label) {
-        const QString item = trayItem();
-        QVERIFY2(!item.isEmpty(), "Corkwheel registered no tray icon");
+        const TrayItem item = trayItem();
+        QVERIFY2(item.isValid(), "Corkwheel registered no tray icon");
         QVERIFY2(TrayMenu(item).choose(label), qPrintable(label));
     }
 
@@ -462,10 +359,9 @@ private Q_SLOTS:
         QCOMPARE(KWinScripting::screens(), QList<QRect>({QRect(QPoint(), kScreenSize)}));
         QVERIFY2(m_pointer.plugIn(QStringLiteral(CORKWHEEL_POINTER_DEVICE), kScreenSize),
                  "KWin takes no virtual pointer");
-        m_desktop = std::make_unique<DesktopProcess>();
+        // Plasma's desktop, under everything else.
         QTRY_VERIFY_WITH_TIMEOUT(pointerIsOverTheDesktop(QPoint(640, 400)), kWait);
-        m_watcher = std::make_unique<TrayWatcherStandIn>();
-        QVERIFY2(m_watcher->start(), "another StatusNotifierWatcher is on the session bus");
+        QCOMPARE(pointerWindowAt(QPoint(640, 400))->resourceClass, QStringLiteral("plasmashell"));
     }
 
     void cleanup() {
@@ -577,25 +473,28 @@ private Q_SLOTS:
         QVERIFY(ordinaryWindowIsSeenAt(sampleOf(frame)));
     }
 
-    // A pinned panel takes no pointer: a click on it reaches the desktop beneath. In edit
-    // mode the same place is the panel's, and the desktop gets nothing.
+    // A pinned panel takes no pointer: a click at its place reaches Plasma's desktop beneath,
+    // which takes the keyboard from the window that had it, as a click on the desktop does.
+    // In edit mode the same place is the panel's.
     void clickOnAPinnedPanelReachesTheDesktopBeneath() {
         QVERIFY(startCorkwheel({m_alpha}, m_alpha));
         const QRect frame = rectOf(m_alpha.frame);
         const QPoint sample = sampleOf(frame);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sample, frame), kWait);
         QVERIFY(pointerIsOverTheDesktop(sample));
-        const int before = m_desktop->presses();
+        m_ordinary = std::make_unique<OrdinaryWindow>(QSize(200, 100));
+        QTRY_COMPARE_WITH_TIMEOUT(activeWindow().value_or(KWinWindow()).caption, kOrdinaryTitle,
+                                  kWait);
+        QVERIFY(!activeWindow()->frame.contains(sample));
         m_pointer.click(sample);
-        QTRY_COMPARE_WITH_TIMEOUT(m_desktop->presses(), before + 1, kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(activeWindow().value_or(KWinWindow()).isDesktop, kWait);
+        QVERIFY(panelIsSeenAt(sample, frame));
+        QCOMPARE(m_ordinary->presses, 0);
 
         chooseInTray(QStringLiteral("Edit Mode"));
         QTRY_VERIFY_WITH_TIMEOUT(pointerIsOverPanelAt(sample, frame), kWait);
-        m_pointer.click(sample);
-        // Then on the bare desktop: once that press has come, the one before would have too.
-        m_pointer.click(QPoint(900, 600));
-        QTRY_COMPARE_WITH_TIMEOUT(m_desktop->presses(), before + 2, kWait);
         chooseInTray(QStringLiteral("Edit Mode"));
+        QTRY_VERIFY_WITH_TIMEOUT(pointerIsOverTheDesktop(sample), kWait);
     }
 
     // Edit mode, chosen in the tray's menu, lifts the panel above the window over it; a drag
@@ -633,8 +532,8 @@ private Q_SLOTS:
     // items; "Settings…" opens the editor, an ordinary window above the panels.
     void trayIconMenuListsTheItemsAndSettingsOpensTheEditor() {
         QVERIFY(startCorkwheel({m_alpha}, m_alpha));
-        const QString item = trayItem();
-        QVERIFY2(!item.isEmpty(), "Corkwheel registered no tray icon");
+        const TrayItem item = trayItem();
+        QVERIFY2(item.isValid(), "Corkwheel registered no tray icon");
         const TrayMenu menu(item);
         QStringList labels;
         for (const TrayMenuItem& entry : menu.items())
@@ -677,22 +576,20 @@ private Q_SLOTS:
 
     void quitFromTheTrayEndsCorkwheel() {
         QVERIFY(startCorkwheel({m_alpha}, m_alpha));
-        const QString item = trayItem();
-        QVERIFY(!item.isEmpty());
+        const TrayItem item = trayItem();
+        QVERIFY(item.isValid());
         chooseInTray(QStringLiteral("Quit Corkwheel"));
         QTRY_COMPARE_WITH_TIMEOUT(m_corkwheel->process().state(), QProcess::NotRunning, kWait);
         QCOMPARE(m_corkwheel->process().exitStatus(), QProcess::NormalExit);
         QCOMPARE(m_corkwheel->process().exitCode(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(
-            !QDBusConnection::sessionBus().interface()->isServiceRegistered(item), kWait);
+            !QDBusConnection::sessionBus().interface()->isServiceRegistered(item.service), kWait);
+        QTRY_VERIFY_WITH_TIMEOUT(
+            std::none_of(registeredTrayItems().cbegin(), registeredTrayItems().cend(),
+                         [&](const TrayItem& left) { return left.service == item.service; }),
+            kWait);
     }
 };
 
-int main(int argc, char* argv[]) {
-    if (argc > 1 && QString::fromLocal8Bit(argv[1]) == kDesktopOption)
-        return runDesktopStandIn(argc, argv);
-    QApplication app(argc, argv);
-    PlasmaEndToEndTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_MAIN(PlasmaEndToEndTest)
 #include "tst_plasma_e2e.moc"
