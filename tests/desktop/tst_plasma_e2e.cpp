@@ -26,10 +26,8 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QTest>
 #include <QWidget>
-#include <QWindow>
 
 #include <algorithm>
 #include <memory>
