@@ -88,6 +88,44 @@ function(corkwheel_add_gnome_test name)
         SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
 endfunction()
 
+# corkwheel_add_kwin_test(<name> SOURCES ... [LIBS ...] [PLASMA])
+#
+# An end-to-end test in a headless KWin session on Wayland of its own, Plasma's compositor,
+# which scripts/in-kwin-desktop.sh starts and runs the test in, as the session's user; with
+# PLASMA, Plasma's shell runs there too. The test is itself a client of Qt's Wayland
+# platform.
+function(corkwheel_add_kwin_test name)
+    cmake_parse_arguments(ARG "PLASMA" "" "SOURCES;LIBS" ${ARGN})
+    corkwheel_add_test_executable(${name} SOURCES ${ARG_SOURCES} LIBS ${ARG_LIBS})
+    if(ARG_PLASMA)
+        corkwheel_register_kwin_test(${name} ${name} PLASMA)
+    else()
+        corkwheel_register_kwin_test(${name} ${name})
+    endif()
+endfunction()
+
+# corkwheel_register_kwin_test(<name> <target> [OUTPUTS <count>] [PLASMA])
+#
+# Registers the test executable <target> as the CTest test <name> in a KWin session with
+# <count> outputs side by side (one unless given), and Plasma's shell with PLASMA.
+function(corkwheel_register_kwin_test name target)
+    cmake_parse_arguments(ARG "PLASMA" "OUTPUTS" "" ${ARGN})
+    if(NOT ARG_OUTPUTS)
+        set(ARG_OUTPUTS 1)
+    endif()
+    set(_session --outputs ${ARG_OUTPUTS})
+    if(ARG_PLASMA)
+        list(APPEND _session --plasma)
+    endif()
+    # As the application sets it for itself (DisplaySession).
+    corkwheel_test_environment(_env QT_QPA_PLATFORM=wayland QT_WAYLAND_DISABLE_FIXED_POSITIONS=1)
+    add_test(NAME ${name}
+        COMMAND ${PROJECT_SOURCE_DIR}/scripts/in-kwin-desktop.sh ${_session}
+            $<TARGET_FILE:${target}>)
+    set_tests_properties(${name} PROPERTIES ENVIRONMENT "${_env}" TIMEOUT 300
+        SKIP_REGULAR_EXPRESSION "${CORKWHEEL_SKIP_OUTPUT}")
+endfunction()
+
 function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})

@@ -14,11 +14,12 @@ source "$(dirname "${BASH_SOURCE[0]}")/lib/common.sh"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/virtual-desktop.sh"
 
 build_dir=$(build_folder)
-# The suite is whole only with FUSE, and on Debian 13 with LayerShellQt and GNOME Shell:
-# without them the configure step fails instead of leaving their tests out.
+# The suite is whole only with FUSE, and on Debian 13 with LayerShellQt, GNOME Shell and KWin
+# on Wayland: without them the configure step fails instead of leaving their tests out.
 options=(-DCORKWHEEL_WERROR=ON -DCORKWHEEL_REQUIRE_FUSE=ON)
 if [[ $DEBIAN_CODENAME == trixie ]]; then
-    options+=(-DCORKWHEEL_REQUIRE_LAYER_SHELL=ON -DCORKWHEEL_REQUIRE_GNOME_SHELL=ON)
+    options+=(-DCORKWHEEL_REQUIRE_LAYER_SHELL=ON -DCORKWHEEL_REQUIRE_GNOME_SHELL=ON
+        -DCORKWHEEL_REQUIRE_KWIN_WAYLAND=ON)
 fi
 # Where the suite runs, for the expected skips (tests/expected-skips.txt).
 conditions=("$DEBIAN_CODENAME")

@@ -56,11 +56,14 @@ FUZZ_PACKAGES=(
 # under. The Wayland tests run sway as a user of its own. And GNOME Shell, headless with its
 # Xwayland, with the desktop icons and tray icon extensions that Ubuntu has on, for the GNOME
 # on Wayland test (gdbus, in libglib2.0-bin, speaks to it from scripts/lib/gnome-desktop.sh).
+# And Plasma on Wayland, headless, for the Plasma on Wayland tests: KWin, Plasma's shell with
+# its desktop (plasma-desktop), and kscreen-doctor (in libkscreen-bin) to move and switch
+# KWin's outputs as Plasma's settings do.
 if [[ $DEBIAN_CODENAME == trixie ]]; then
     BUILD_PACKAGES+=(qt6-svg-plugins qt6-wayland qt6-wayland-dev liblayershellqtinterface-dev)
     TEST_PACKAGES+=(sway grim
         gnome-shell gnome-shell-extension-desktop-icons-ng gnome-shell-extension-appindicator
-        xwayland libglib2.0-bin)
+        xwayland libglib2.0-bin kwin-wayland plasma-desktop libkscreen-bin)
 fi
 
 repo_root() {

@@ -70,8 +70,11 @@ void LayerShellDesktopPlatform::setFrame(QWidget* window, const WindowPlace& pla
     // a button is held, a compositor such as sway keeps giving the pointer's position
     // relative to where the surface was when the button went down, however far it moved
     // since: the place Qt knows stays that one until the button is let go, so a drag of the
-    // title bar follows the pointer.
-    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+    // title bar follows the pointer. KWin gives it relative to where the surface is now, so
+    // there Qt is told every new place at once; else the panel would move half as far as
+    // the pointer.
+    if (QGuiApplication::mouseButtons() == Qt::NoButton ||
+        m_dragReckoning == DragReckoning::FromCurrentPlace)
         window->setGeometry(place.frame);
     else
         window->resize(place.frame.size());

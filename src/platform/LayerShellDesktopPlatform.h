@@ -13,10 +13,21 @@ namespace corkwheel {
 // its margins the frame's place on that screen, and never pushes other surfaces aside.
 class LayerShellDesktopPlatform : public QtDesktopPlatform {
 public:
+    // Where the compositor measures the pointer's place on a surface from while a button is
+    // held and the surface moves under it, as in a drag of a panel's title bar: from the
+    // surface's place at the press, or from its place now.
+    enum class DragReckoning { FromPressPlace, FromCurrentPlace };
+
+    explicit LayerShellDesktopPlatform(DragReckoning reckoning = DragReckoning::FromPressPlace)
+        : m_dragReckoning(reckoning) {}
+
     void preparePanelWindow(QWidget* window) override;
     void setPinned(QWidget* window, bool pinned) override;
     void setFrame(QWidget* window, const WindowPlace& place) override;
     QRect frame(const QWidget* window) const override;
+
+private:
+    DragReckoning m_dragReckoning;
 };
 
 } // namespace corkwheel

@@ -87,7 +87,10 @@ void LayerSurface::apply() {
     m_settings = LayerShellQt::Window::get(handle);
     if (!m_settings)
         return;
-    m_settings->setScope(QStringLiteral("corkwheel"));
+    // KWin takes a layer surface's type from its scope: any name but a few makes it an
+    // ordinary window, which "show desktop" hides with the applications' windows. A dock
+    // stays shown, as a panel on the desktop should, and its layer still places it.
+    m_settings->setScope(QStringLiteral("dock"));
     m_settings->setLayer(m_layer);
     m_settings->setAnchors(LayerShellQt::Window::Anchors(LayerShellQt::Window::AnchorTop |
                                                          LayerShellQt::Window::AnchorLeft));
