@@ -11,13 +11,13 @@
 // With a machine tree (tests/data/machines/intel-laptop, say) the sensors and batteries are
 // read from there, so that those this machine lacks are read all the same.
 
+#include "RefreshTiming.h"
 #include "RootedSystemSource.h"
 
 #include "engine/NetworkSource.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
-#include "model/Clock.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -26,37 +26,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <memory>
-#include <numeric>
-#include <vector>
 
 using namespace corkwheel;
+using namespace corkwheel::bench;
 
 namespace {
-
-// A clock a second further on each time it is read, so that every refresh reads the machine
-// instead of being handed the reading of the one before.
-class SecondPerReadingClock final : public Clock {
-public:
-    QDateTime now() const override { return Clock::system().now(); }
-    double monotonicSeconds() const override { return m_seconds += 1; }
-
-private:
-    mutable double m_seconds = 0;
-};
-
-double processCpuMicros() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
-
-double wallMicros() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
 
 // What the runner does on each refresh of a system-stats panel that shows every row: the
 // readings off the main thread come back through the event loop, and the refresh ends once
@@ -101,13 +76,6 @@ SystemStatsSample refresh(SystemStatsSampler& sampler, NetworkStatsSampler& netw
     return sample;
 }
 
-void report(const char* label, std::vector<double> micros) {
-    std::sort(micros.begin(), micros.end());
-    const double mean = std::accumulate(micros.begin(), micros.end(), 0.0) / double(micros.size());
-    std::printf("%-22s median %8.1f us   mean %8.1f us   p99 %8.1f us   max %8.1f us\n", label,
-                micros[micros.size() / 2], mean, micros[micros.size() * 99 / 100], micros.back());
-}
-
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -129,18 +97,6 @@ int main(int argc, char* argv[]) {
                 int(first.coreUsages.size()), int(first.temperatures.size()),
                 int(first.fans.size()), first.battery ? "a battery" : "no battery", iterations);
 
-    std::vector<double> cpu;
-    std::vector<double> wall;
-    cpu.reserve(size_t(iterations));
-    wall.reserve(size_t(iterations));
-    for (int i = 0; i < iterations; ++i) {
-        const double cpuStart = processCpuMicros();
-        const double wallStart = wallMicros();
-        (void)refresh(sampler, network);
-        cpu.push_back(processCpuMicros() - cpuStart);
-        wall.push_back(wallMicros() - wallStart);
-    }
-    report("refresh, CPU time", cpu);
-    report("refresh, wall time", wall);
+    timeRefreshes(iterations, [&] { (void)refresh(sampler, network); });
     return 0;
 }

@@ -5,11 +5,12 @@
 //
 //   build/bench/bench_systemstats [iterations]
 
+#include "RefreshTiming.h"
+
 #include "engine/NetworkSource.h"
 #include "engine/NetworkStatsSampler.h"
 #include "engine/SystemStatsSample.h"
 #include "engine/SystemStatsSampler.h"
-#include "model/Clock.h"
 
 #include <QCoreApplication>
 #include <QEventLoop>
@@ -17,38 +18,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
-#include <numeric>
 #include <optional>
-#include <vector>
 
 using namespace corkwheel;
+using namespace corkwheel::bench;
 
 namespace {
-
-// A clock a second further on each time it is read, so that no refresh is handed the
-// reading of the one before (panels refreshing in the same wake-up share one) and every
-// refresh reads the machine.
-class SecondPerReadingClock final : public Clock {
-public:
-    QDateTime now() const override { return Clock::system().now(); }
-    double monotonicSeconds() const override { return m_seconds += 1; }
-
-private:
-    mutable double m_seconds = 0;
-};
-
-double processCpuMicros() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
-
-double wallMicros() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return double(now.tv_sec) * 1e6 + double(now.tv_nsec) / 1e3;
-}
 
 // The volumes' capacities are asked on other threads; a refresh ends once they answered.
 QList<DiskInfo> sampleDisks(SystemStatsSampler& sampler) {
@@ -73,13 +48,6 @@ SystemStatsSample refresh(SystemStatsSampler& sampler, NetworkStatsSampler& netw
     return sample;
 }
 
-void report(const char* label, std::vector<double> micros) {
-    std::sort(micros.begin(), micros.end());
-    const double mean = std::accumulate(micros.begin(), micros.end(), 0.0) / double(micros.size());
-    std::printf("%-22s median %8.1f us   mean %8.1f us   p99 %8.1f us   max %8.1f us\n", label,
-                micros[micros.size() / 2], mean, micros[micros.size() * 99 / 100], micros.back());
-}
-
 } // namespace
 
 int main(int argc, char* argv[]) {
@@ -94,18 +62,6 @@ int main(int argc, char* argv[]) {
     std::printf("%d volume(s), %.1f GB memory; %d refreshes\n", int(first.disks.size()),
                 first.memoryTotalGB, iterations);
 
-    std::vector<double> cpu;
-    std::vector<double> wall;
-    cpu.reserve(size_t(iterations));
-    wall.reserve(size_t(iterations));
-    for (int i = 0; i < iterations; ++i) {
-        const double cpuStart = processCpuMicros();
-        const double wallStart = wallMicros();
-        (void)refresh(sampler, network);
-        cpu.push_back(processCpuMicros() - cpuStart);
-        wall.push_back(wallMicros() - wallStart);
-    }
-    report("refresh, CPU time", cpu);
-    report("refresh, wall time", wall);
+    timeRefreshes(iterations, [&] { (void)refresh(sampler, network); });
     return 0;
 }
