@@ -27,6 +27,8 @@
 # run_as_kwin_user runs) belongs to an unprivileged user made for it, whose home is a folder
 # of the session's own.
 
+source "$(dirname "${BASH_SOURCE[0]}")/process-start.sh"
+
 KWIN_DESKTOP_USER=corkwheel-kwin
 KWIN_DESKTOP_WIDTH=1280
 KWIN_DESKTOP_HEIGHT=800
@@ -53,6 +55,11 @@ kwin_bus_has() {
 }
 
 # Whether Plasma's shell is up: on the bus, its tray registered with the watcher as a host.
+# Its socket made and its name on the session bus.
+kwin_is_up() {
+    [[ -S $KWIN_DESKTOP_STATE/runtime/wayland-kwin ]] && kwin_bus_has org.kde.KWin
+}
+
 plasma_is_up() {
     kwin_bus_has org.kde.plasmashell &&
         run_as_kwin_user gdbus call --session --dest org.kde.StatusNotifierWatcher \
@@ -99,16 +106,7 @@ start_kwin_desktop() {
         >"$state/kwin.log" 2>&1 &
     KWIN_DESKTOP_PID=$!
 
-    local tries=0
-    until [[ -S $runtime/wayland-kwin ]] && kwin_bus_has org.kde.KWin; do
-        tries=$((tries + 1))
-        if [[ $tries -gt 150 ]] || ! kill -0 "$KWIN_DESKTOP_PID" 2>/dev/null; then
-            echo "KWin did not start:" >&2
-            cat "$state/kwin.log" >&2
-            return 1
-        fi
-        sleep 0.1
-    done
+    wait_until_started KWin "$KWIN_DESKTOP_PID" "$state/kwin.log" 150 kwin_is_up || return 1
     export WAYLAND_DISPLAY=wayland-kwin
     [[ $plasma == plasma ]] || return 0
 
@@ -127,16 +125,8 @@ start_kwin_desktop() {
     "${KWIN_DESKTOP_AS_USER[@]}" env QT_QPA_PLATFORM=wayland QT_QUICK_BACKEND=software \
         plasmashell --no-respawn >"$state/plasmashell.log" 2>&1 &
     KWIN_DESKTOP_SHELL_PID=$!
-    tries=0
-    until plasma_is_up; do
-        tries=$((tries + 1))
-        if [[ $tries -gt 300 ]] || ! kill -0 "$KWIN_DESKTOP_SHELL_PID" 2>/dev/null; then
-            echo "Plasma's shell did not start:" >&2
-            cat "$state/plasmashell.log" >&2
-            return 1
-        fi
-        sleep 0.1
-    done
+    wait_until_started "Plasma's shell" "$KWIN_DESKTOP_SHELL_PID" "$state/plasmashell.log" 300 \
+        plasma_is_up
 }
 
 stop_kwin_desktop() {

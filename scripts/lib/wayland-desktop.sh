@@ -11,12 +11,20 @@
 # XWayland. sway refuses to run as root, so when root asks it runs as an unprivileged user
 # made for it.
 
+source "$(dirname "${BASH_SOURCE[0]}")/process-start.sh"
+
 WAYLAND_DESKTOP_USER=corkwheel-sway
 WAYLAND_DESKTOP_WIDTH=1280
 WAYLAND_DESKTOP_HEIGHT=800
 WAYLAND_DESKTOP_COLOR=336699
 WAYLAND_DESKTOP_PID=
 WAYLAND_DESKTOP_STATE=
+
+# Its Wayland and its IPC sockets made.
+sway_is_up() {
+    [[ -S $WAYLAND_DESKTOP_STATE/wayland-1 ]] &&
+        compgen -G "$WAYLAND_DESKTOP_STATE/sway-ipc.*.sock" >/dev/null
+}
 
 start_wayland_desktop() {
     WAYLAND_DESKTOP_STATE=$(mktemp -d) || return 1
@@ -39,16 +47,7 @@ CONFIG
         sway --config "$state/config" >"$state/sway.log" 2>&1 &
     WAYLAND_DESKTOP_PID=$!
 
-    local tries=0
-    until [[ -S $state/wayland-1 ]] && compgen -G "$state/sway-ipc.*.sock" >/dev/null; do
-        tries=$((tries + 1))
-        if [[ $tries -gt 100 ]] || ! kill -0 "$WAYLAND_DESKTOP_PID" 2>/dev/null; then
-            echo "sway did not start:" >&2
-            cat "$state/sway.log" >&2
-            return 1
-        fi
-        sleep 0.1
-    done
+    wait_until_started sway "$WAYLAND_DESKTOP_PID" "$state/sway.log" 100 sway_is_up || return 1
 
     export XDG_RUNTIME_DIR=$state
     export WAYLAND_DISPLAY=wayland-1
