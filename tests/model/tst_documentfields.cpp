@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "support/MemberCount.h"
+
 #include "model/DocumentFields.h"
 
 #include <QSet>
@@ -8,20 +10,9 @@
 #include <cstddef>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
-
-// Converts to any member type, to count an aggregate's members by how many it takes.
-struct AnyMember {
-    template <typename Member> operator Member() const;
-};
-
-template <typename Object, typename... Taken> constexpr std::size_t memberCount() {
-    if constexpr (requires { Object{Taken{}..., AnyMember{}}; })
-        return memberCount<Object, Taken..., AnyMember>();
-    else
-        return sizeof...(Taken);
-}
 
 // The members and keys a table names, each counted once.
 struct NamedFields {

@@ -5,9 +5,11 @@
 // the encoder at 72ed908: the starter panels, a default panel of each type and a system-stats
 // panel with a style of its own).
 
+#include "support/FixtureFile.h"
+#include "support/MemberCount.h"
+
 #include "model/DocumentFields.h"
 #include "model/PanelDocument.h"
-#include "support/FixtureFile.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -18,6 +20,7 @@
 #include <functional>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 using corkwheel::test::fixtureFile;
 
 namespace {
@@ -56,18 +59,6 @@ QByteArray systemStatsKeyIn(const QByteArray& document) {
             return document.sliced(start, i + 1 - start);
     }
     return {};
-}
-
-// Converts to any member type, to count an aggregate's members by how many it takes.
-struct AnyMember {
-    template <typename Member> operator Member() const;
-};
-
-template <typename Object, typename... Taken> constexpr std::size_t memberCount() {
-    if constexpr (requires { Object{Taken{}..., AnyMember{}}; })
-        return memberCount<Object, Taken..., AnyMember>();
-    else
-        return sizeof...(Taken);
 }
 
 template <typename Object> void verifyEveryMemberIsSavedOnce() {
