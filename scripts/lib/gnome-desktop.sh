@@ -111,7 +111,9 @@ CONFIG
         run_as_gnome_user gsettings set org.gnome.desktop.screensaver lock-enabled false ||
         return 1
 
-    run_as_gnome_user gnome-shell --headless --unsafe-mode \
+    # Started without a function in between, so that the process whose id is kept becomes the
+    # shell, which stop_gnome_desktop ends.
+    "${GNOME_DESKTOP_AS_USER[@]}" gnome-shell --headless --unsafe-mode \
         --virtual-monitor "${GNOME_DESKTOP_WIDTH}x$GNOME_DESKTOP_HEIGHT" \
         --wayland-display wayland-gnome >"$state/shell.log" 2>&1 &
     GNOME_DESKTOP_PID=$!
