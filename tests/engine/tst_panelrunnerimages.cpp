@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "support/BackgroundWork.h"
 #include "support/HostileImages.h"
 #include "support/RunnerFixture.h"
 #include "support/SlowFile.h"
@@ -9,6 +10,7 @@
 
 #include <QBuffer>
 #include <QImageWriter>
+#include <QNetworkReply>
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -65,6 +67,14 @@ private:
     }
     QTcpServer m_server;
 };
+
+// Whether the runner's download ended; what it fetched is decoded and delivered by then.
+bool downloadAndDecodeEnded(const PanelRunner& runner) {
+    const bool ended =
+        QTest::qWaitFor([&] { return runner.findChildren<QNetworkReply*>().isEmpty(); }, 10000);
+    waitForBackgroundWork();
+    return ended;
+}
 
 } // namespace
 
@@ -159,7 +169,7 @@ private Q_SLOTS:
         QSignalSpy changes(&runner, &PanelRunner::imageChanged);
         slow.release();
         slow.finish();
-        QTest::qWait(300);
+        waitForBackgroundWork();
         QCOMPARE(changes.count(), 0);
         QCOMPARE(runner.image().pixelColor(0, 0), QColor(Qt::blue));
     }
@@ -184,19 +194,27 @@ private Q_SLOTS:
         runner.start();
         QTRY_VERIFY(!runner.image().isNull());
 
+        QSignalSpy changes(&runner, &PanelRunner::imageChanged);
+
         server.status = "404 Not Found";
         server.body = "gone";
         runner.refreshNow();
         QTRY_COMPARE(server.requests, 2);
-        QTest::qWait(300);
+        QVERIFY(downloadAndDecodeEnded(runner));
         QCOMPARE(runner.image().pixelColor(1, 1), QColor(Qt::blue));
 
         server.status = "200 OK";
         server.body = "not an image";
         runner.refreshNow();
         QTRY_COMPARE(server.requests, 3);
-        QTest::qWait(300);
+        QVERIFY(downloadAndDecodeEnded(runner));
         QCOMPARE(runner.image().pixelColor(1, 1), QColor(Qt::blue));
+        QCOMPARE(changes.count(), 0);
+
+        // A picture again is shown: the two above would have been too.
+        server.body = pngBytes(Qt::red);
+        runner.refreshNow();
+        QTRY_COMPARE(runner.image().pixelColor(1, 1), QColor(Qt::red));
     }
 
     void capitalisedSchemeIsAFilePathNotADownload() {
@@ -207,9 +225,15 @@ private Q_SLOTS:
             server.url(QStringLiteral("/blue.png")).replace(0, 4, QStringLiteral("HTTP"));
         PanelRunner runner(panel, services());
         runner.start();
-        QTest::qWait(300);
+        waitForBackgroundWork();
         QCOMPARE(server.requests, 0);
         QVERIFY(runner.image().isNull());
+
+        // Spelled as a download, the same address is downloaded.
+        panel.imageSource.replace(0, 4, QStringLiteral("http"));
+        runner.apply(panel);
+        QTRY_COMPARE(server.requests, 1);
+        QTRY_VERIFY(!runner.image().isNull());
     }
 
     // The panel never shows a picture from a download past the size limit: the download

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "support/BackgroundWork.h"
 #include "support/RunnerFixture.h"
 #include "support/TemporaryFiles.h"
 
@@ -103,8 +104,8 @@ private Q_SLOTS:
         panel.filePath.clear();
         runner.apply(panel);
         QCOMPARE(runner.textOutput(), QString());
-        // Long after any read would have come back, nothing else arrived.
-        QTest::qWait(300);
+        // Once any read would have come back, nothing else arrived.
+        waitForBackgroundWork();
         QCOMPARE(text.count(), 1);
         QCOMPARE(runner.textOutput(), QString());
     }

@@ -4,6 +4,7 @@
 // tests/data/machines: what the panel asks for, and nothing else.
 
 #include "engine/PanelRunner.h"
+#include "support/BackgroundWork.h"
 #include "support/FakeMachine.h"
 #include "support/MachineTree.h"
 
@@ -106,8 +107,12 @@ private Q_SLOTS:
         const qsizetype before = m_machine->system().pathsRead().size();
         panel.systemStats.warnings.cpu.isOn = true;
         runner.apply(panel);
-        QTest::qWait(50);
+        waitForBackgroundWork();
         QCOMPARE(m_machine->system().pathsRead().size(), before);
+
+        // A refresh reads the machine again, and is counted.
+        refreshStatsAndWait(runner, &PanelRunner::refreshNow);
+        QCOMPARE_GT(m_machine->system().pathsRead().size(), before);
     }
 };
 

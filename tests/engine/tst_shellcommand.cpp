@@ -443,14 +443,17 @@ void ShellCommandTest::fiftySleepingChildrenAllEndAtTheTimeLimit() {
 // group, and outlives the run; the README says so. The test ends it itself.
 void ShellCommandTest::childDetachedIntoANewSessionIsBeyondReach() {
     const QString pidFile = m_dir.filePath(QStringLiteral("detached.pid"));
+    const QString groupPidFile = m_dir.filePath(QStringLiteral("group.pid"));
     QCOMPARE(execute(QStringLiteral("setsid sh -c 'echo $$ > %1; exec sleep 300' >/dev/null 2>&1 & "
-                                    "sleep 300")
-                         .arg(quoted(pidFile)),
+                                    "echo $$ > %2; exec sleep 300")
+                         .arg(quoted(pidFile), quoted(groupPidFile)),
                      withTimeLimit(1000ms)),
              kTimedOut);
     QTRY_COMPARE(pidsIn(pidFile).size(), 1);
     const qint64 detached = pidsIn(pidFile).first();
-    QTest::qWait(200);
+    // The run's own process group is ended, so the signals have been dealt out.
+    QCOMPARE(pidsIn(groupPidFile).size(), 1);
+    QTRY_VERIFY(processIsGone(pidsIn(groupPidFile).first()));
     const bool survived = !processIsGone(detached);
     ::kill(static_cast<pid_t>(detached), SIGKILL);
     QVERIFY(survived);

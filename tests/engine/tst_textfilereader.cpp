@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "support/BackgroundWork.h"
+
 #include "engine/BackgroundTask.h"
 #include "engine/TextFileReader.h"
 
@@ -12,6 +14,7 @@
 #include <unistd.h>
 
 using namespace corkwheel;
+using namespace corkwheel::test;
 
 namespace {
 
@@ -123,7 +126,8 @@ private Q_SLOTS:
         // The stuck read's text, when it comes, is no longer wanted.
         read.writer.writeAndClose("old pipe");
         QTRY_COMPARE(BackgroundTask::blockingPool().activeThreadCount(), 0);
-        QTest::qWait(50);
+        // What the read sent before its thread was free is delivered now.
+        waitForBackgroundWork();
         QCOMPARE(read.text.count(), 1);
     }
 
