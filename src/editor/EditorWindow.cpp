@@ -4,6 +4,7 @@
 
 #include "editor/AppOptionsPopover.h"
 #include "editor/EditorView.h"
+#include "editor/ReturnClicks.h"
 #include "model/PanelStore.h"
 #include "render/Symbols.h"
 
@@ -65,6 +66,14 @@ void EditorWindow::addToolbar() {
     connect(m_hideAll, &QAction::toggled, &m_store, &PanelStore::setPanelsHidden);
     connect(&m_store, &PanelStore::panelsHiddenChanged, this, &EditorWindow::showPanelsHidden);
     showPanelsHidden(m_store.panelsHidden());
+
+    // A toolbar keeps its buttons out of Tab's way, as a mouse-only shortcut to what the
+    // window offers elsewhere; here they are the only way to these three.
+    for (QAction* action : {m_appOptions, m_editMode, m_hideAll}) {
+        QToolButton* button = buttonFor(action);
+        button->setFocusPolicy(Qt::TabFocus);
+        ReturnClicks::install(button);
+    }
 }
 
 QToolButton* EditorWindow::buttonFor(QAction* action) const {
