@@ -3,6 +3,7 @@
 #include "editor/AppearanceSection.h"
 
 #include "editor/ColorWell.h"
+#include "editor/FocusRing.h"
 #include "editor/FontChoices.h"
 #include "editor/StepperLabel.h"
 #include "model/PanelLimits.h"
@@ -144,6 +145,8 @@ void AppearanceSection::addBackgroundRows() {
     m_opacitySlider->setRange(opacityPosition(PanelLimits::kSlidOpacity.lowest),
                               opacityPosition(PanelLimits::kSlidOpacity.highest));
     m_opacitySlider->setAccessibleName(tr("Opacity"));
+    // The style's own sign of focus on a slider is a faint tint of its handle.
+    new FocusRing(m_opacitySlider);
     connect(m_opacitySlider, &QSlider::valueChanged, this, [this](int position) {
         const double opacity = static_cast<double>(position) / kOpacityScale;
         Q_EMIT edited([opacity](Panel& panel) { panel.style.opacity = opacity; });

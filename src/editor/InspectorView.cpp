@@ -49,7 +49,7 @@ InspectorView::InspectorView(PanelStore& store, const QUuid& panelID, RunnerServ
 
     showPanel(m_shown);
     connect(&m_store, &PanelStore::panelsChanged, this, &InspectorView::reload);
-    connect(qApp, &QApplication::focusChanged, this, &InspectorView::revealFocus);
+    m_revealFocus = connect(qApp, &QApplication::focusChanged, this, &InspectorView::revealFocus);
 }
 
 // The area scrolls to a control the keyboard moves to, from outside the form as well, where
@@ -90,6 +90,9 @@ QLabel* InspectorView::buildTitle() {
 
 // The preview's content view reads the runner until it is gone, so the form goes first.
 InspectorView::~InspectorView() {
+    // Deleting the focused control moves the keyboard on, which must not reach a form that
+    // is being taken apart.
+    disconnect(m_revealFocus);
     delete m_scrollArea;
 }
 

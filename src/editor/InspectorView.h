@@ -80,6 +80,7 @@ private:
     QList<InspectorSection*> m_sections;
     // Only a system-stats panel has this section.
     StatsSection* m_statsSection = nullptr;
+    QMetaObject::Connection m_revealFocus;
     // The type whose controls Tab was last put in order for.
     std::optional<PanelType> m_orderedType;
 };

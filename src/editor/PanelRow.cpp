@@ -128,7 +128,8 @@ void PanelRow::paintEvent(QPaintEvent*) {
     const QColor ring = m_selected ? palette().color(QPalette::HighlightedText) : Theme::accent();
     painter.setPen(QPen(ring, kRingWidth));
     painter.setBrush(Qt::NoBrush);
-    const double inset = kRingWidth / 2;
+    // Inside the row, clear of the highlight's edge, which would blur into it.
+    const double inset = kRingInset + kRingWidth / 2;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRingRadius,
                             kRingRadius);
 }

