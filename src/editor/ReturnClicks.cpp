@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QKeyEvent>
+#include <QPushButton>
 
 namespace corkwheel {
 
@@ -22,7 +23,15 @@ bool ReturnClicks::eventFilter(QObject* watched, QEvent* event) {
     if (!button || !button->isEnabled())
         return false;
     // A key held down repeats the press, which would stack up menus and dialogs.
-    if (!key->isAutoRepeat())
+    if (key->isAutoRepeat())
+        return true;
+    // A button with a menu opens it as Space does, once the key has been handled: a click
+    // does not open it in every Qt version, and a menu run from within the key's handling
+    // does not show in every one.
+    auto* push = qobject_cast<QPushButton*>(button);
+    if (push && push->menu())
+        QMetaObject::invokeMethod(push, &QPushButton::showMenu, Qt::QueuedConnection);
+    else
         button->click();
     return true;
 }

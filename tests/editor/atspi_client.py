@@ -61,6 +61,16 @@ VAGUE_ROLES = {
 
 SWITCH_ROLES = {pyatspi.ROLE_CHECK_BOX, pyatspi.ROLE_TOGGLE_BUTTON}
 
+# Newer AT-SPI and Qt tell a button with a menu, and a switch, from the others.
+for name, roles in (("ROLE_PUSH_BUTTON_MENU", (INTERACTIVE_ROLES,)),
+                    ("ROLE_SWITCH", (INTERACTIVE_ROLES, SWITCH_ROLES))):
+    if hasattr(pyatspi, name):
+        for group in roles:
+            group.add(getattr(pyatspi, name))
+
+BUTTON_ROLES = {role for role in (pyatspi.ROLE_PUSH_BUTTON,
+                                  getattr(pyatspi, "ROLE_PUSH_BUTTON_MENU", None)) if role}
+
 
 class Failure(Exception):
     pass
@@ -148,6 +158,10 @@ def editor(app):
     return wait_for("the editor window", find)
 
 
+def role_in(node, roles):
+    return node.getRole() in roles if isinstance(roles, set) else node.getRole() == roles
+
+
 class Focus:
     """Where the keyboard is, as a screen reader follows it: from the application's focus
     events, after a first look through the tree."""
@@ -168,7 +182,7 @@ class Focus:
         """The control with the keyboard when it is `name` of `role`, else None."""
         node = self.node
         try:
-            if node is not None and node.getRole() == role and name in (None, node.name):
+            if node is not None and role_in(node, role) and name in (None, node.name):
                 return node
         except GLib.GError:
             pass
@@ -290,7 +304,7 @@ def keyboard(pid):
     focus = Focus(app)
 
     # Add Panel, and the clock from its menu.
-    tab_to(focus, pyatspi.ROLE_PUSH_BUTTON, "Add Panel")
+    tab_to(focus, BUTTON_ROLES, "Add Panel")
     key("Return")
     for _ in range(12):
         if focus.on(pyatspi.ROLE_MENU_ITEM, "Clock"):
@@ -308,7 +322,7 @@ def keyboard(pid):
 
     # Its switch, the last row's, is just before "Add Panel", where the keyboard is back.
     wait_for("the keyboard back on Add Panel",
-             lambda: focus.on(pyatspi.ROLE_PUSH_BUTTON, "Add Panel"))
+             lambda: focus.on(BUTTON_ROLES, "Add Panel"))
     key("shift+Tab")
     switch = wait_for("the new row's switch to have the keyboard",
                       lambda: focus.node if focus.node.name == "Clock enabled" else None)

@@ -268,8 +268,8 @@ private Q_SLOTS:
             QTest::keyClick(&menu, Qt::Key_Return);
         });
         press(Qt::Key_Return);
-        QCOMPARE(chosen, displayName(PanelType::Clock));
-        QCOMPARE(m_editor.store().panels().size(), 2);
+        QTRY_COMPARE(chosen, displayName(PanelType::Clock));
+        QTRY_COMPARE(m_editor.store().panels().size(), 2);
         QCOMPARE(m_editor.store().panels().at(1).type, PanelType::Clock);
     }
 
@@ -283,7 +283,8 @@ private Q_SLOTS:
             QTest::keyClick(&menu, Qt::Key_Escape);
         });
         press(Qt::Key_Return);
-        QVERIFY(opened);
+        QTRY_VERIFY(opened);
+        QTRY_VERIFY(!QApplication::activePopupWidget());
         QCOMPARE(m_editor.store().panels().size(), 1);
         QCOMPARE(QApplication::focusWidget(), addButtonOf(m_editor.view().sidebar()));
     }
