@@ -250,7 +250,7 @@ def check_rows(frame):
             problems.append("the row %s holds no switch" % describe(row))
             continue
         switch = switches[0]
-        # Its role says it is checked or not; Qt does not add the "checkable" state to it.
+        # Its role says it can be checked; Qt 6.4 does not add the "checkable" state too.
         if not has(switch, pyatspi.STATE_FOCUSABLE):
             problems.append("the keyboard cannot reach the switch of " + describe(row))
         if row.name not in switch.name:

@@ -27,8 +27,6 @@
 using namespace corkwheel;
 using namespace corkwheel::test;
 
-Q_DECLARE_METATYPE(std::function<bool(const corkwheel::Panel&)>)
-
 namespace {
 
 // Roles a user acts on; a control in one of them needs a name to be told apart.
@@ -113,11 +111,32 @@ QStringList problemsOf(QWidget& window) {
     return problems;
 }
 
+// The on/off property of a panel that a toggle of the editor sets.
+enum class PanelFlag { Enabled, TextShadow, EachCore, CpuWarning, SensorMaximum };
+
+bool isSet(const Panel& panel, PanelFlag flag) {
+    switch (flag) {
+    case PanelFlag::Enabled:
+        return panel.isEnabled;
+    case PanelFlag::TextShadow:
+        return panel.style.showShadow;
+    case PanelFlag::EachCore:
+        return panel.systemStats.rows.cores;
+    case PanelFlag::CpuWarning:
+        return panel.systemStats.warnings.cpu.isOn;
+    case PanelFlag::SensorMaximum:
+        return panel.systemStats.warnings.temperaturesAtSensorMax;
+    }
+    return false;
+}
+
 QAccessibleInterface* rowInterface(SidebarView& sidebar, int index) {
     return interfaceOf(panelListOf(sidebar))->child(index);
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(PanelFlag)
 
 class EditorAccessibilityTest : public QObject {
     Q_OBJECT
@@ -220,32 +239,20 @@ private Q_SLOTS:
     // panel with it.
     void toggleActionChangesThePanel_data() {
         QTest::addColumn<QString>("name");
-        QTest::addColumn<std::function<bool(const Panel&)>>("isOn");
-        QTest::newRow("row switch")
-            << QStringLiteral("enabledSwitch")
-            << std::function<bool(const Panel&)>([](const Panel& p) { return p.isEnabled; });
-        QTest::newRow("enabled") << QStringLiteral("enabledToggle")
-                                 << std::function<bool(const Panel&)>(
-                                        [](const Panel& p) { return p.isEnabled; });
-        QTest::newRow("text shadow")
-            << QStringLiteral("shadowToggle")
-            << std::function<bool(const Panel&)>([](const Panel& p) { return p.style.showShadow; });
-        QTest::newRow("each core") << QStringLiteral("coresSwitch")
-                                   << std::function<bool(const Panel&)>(
-                                          [](const Panel& p) { return p.systemStats.rows.cores; });
-        QTest::newRow("cpu warning") << QStringLiteral("cpuWarningSwitch")
-                                     << std::function<bool(const Panel&)>([](const Panel& p) {
-                                            return p.systemStats.warnings.cpu.isOn;
-                                        });
+        QTest::addColumn<PanelFlag>("flag");
+        QTest::newRow("row switch") << QStringLiteral("enabledSwitch") << PanelFlag::Enabled;
+        QTest::newRow("enabled") << QStringLiteral("enabledToggle") << PanelFlag::Enabled;
+        QTest::newRow("text shadow") << QStringLiteral("shadowToggle") << PanelFlag::TextShadow;
+        QTest::newRow("each core") << QStringLiteral("coresSwitch") << PanelFlag::EachCore;
+        QTest::newRow("cpu warning") << QStringLiteral("cpuWarningSwitch") << PanelFlag::CpuWarning;
         QTest::newRow("sensor maximum")
-            << QStringLiteral("temperaturesAtSensorMaxToggle")
-            << std::function<bool(const Panel&)>(
-                   [](const Panel& p) { return p.systemStats.warnings.temperaturesAtSensorMax; });
+            << QStringLiteral("temperaturesAtSensorMaxToggle") << PanelFlag::SensorMaximum;
     }
 
     void toggleActionChangesThePanel() {
         QFETCH(QString, name);
-        QFETCH(std::function<bool(const Panel&)>, isOn);
+        QFETCH(PanelFlag, flag);
+        const auto isOn = [flag](const Panel& panel) { return isSet(panel, flag); };
         QVERIFY(m_editor.open({panelWithEveryControl(PanelType::SystemStats)}));
         auto* control = m_editor.window().findChild<QAbstractButton*>(name);
         QVERIFY(control);
