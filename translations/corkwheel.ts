@@ -30,6 +30,10 @@
         <source>At least one stays visible so you can always reach Settings.</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>App Options</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>corkwheel::AppearanceSection</name>
@@ -85,11 +89,27 @@
         <source>Opacity</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Font size</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Corner radius</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>corkwheel::ApplicationBus</name>
     <message>
         <source>Corkwheel has no action &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::ColorWell</name>
+    <message>
+        <source>%1, %2% opaque</source>
+        <extracomment>How a screen reader describes a colour well: the colour&apos;s hex code and its opacity.</extracomment>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -278,6 +298,10 @@
         <source>Name</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Refresh interval</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>corkwheel::InterfaceDisplayInfo</name>
@@ -367,6 +391,14 @@
     <name>corkwheel::PanelResizeHandle</name>
     <message>
         <source>Drag to resize this panel</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::PanelRow</name>
+    <message>
+        <source>%1 enabled</source>
+        <extracomment>The name a screen reader gives a panel&apos;s on/off switch in the sidebar.</extracomment>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -462,6 +494,22 @@
     </message>
     <message>
         <source>Position is measured from the top-left of your main display.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>X position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Y position</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Width</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Height</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -656,8 +704,15 @@
         <source>below %1%</source>
         <translation type="unfinished"></translation>
     </message>
+</context>
+<context>
+    <name>corkwheel::StepperLabel</name>
     <message>
-        <source>Warn on %1</source>
+        <source>Decrease %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Increase %1</source>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -699,6 +754,21 @@
     </message>
     <message>
         <source>error: file read timed out</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>corkwheel::WarningRow</name>
+    <message>
+        <source>%1 warning threshold</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Warn on %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 warning color</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

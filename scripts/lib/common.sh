@@ -29,6 +29,9 @@ TEST_PACKAGES=(
     xfwm4 xfdesktop4 mutter kwin-x11 pcmanfm-qt dbus-daemon
     # A network share that stops answering, made with FUSE.
     libfuse3-dev fuse3
+    # The screen reader's view of the editor: the accessibility bus and its registry, and an
+    # AT-SPI client in Debian's Python.
+    at-spi2-core python3-pyatspi
     # The store's tests mount a full and a read-only folder in a mount namespace of their own
     # (unshare, findmnt, mount); the single-instance test connects as a user it makes
     # (useradd, userdel), and the termination signals test runs the binary as one (setpriv).

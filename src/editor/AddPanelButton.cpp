@@ -2,6 +2,7 @@
 
 #include "editor/AddPanelButton.h"
 
+#include "editor/ReturnClicks.h"
 #include "model/PanelStore.h"
 #include "model/PanelType.h"
 #include "render/Symbols.h"
@@ -31,6 +32,7 @@ AddPanelButton::AddPanelButton(PanelStore& store, QWidget* parent)
     setObjectName(QStringLiteral("addPanelButton"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     setMenu(typeMenu(store, this));
+    ReturnClicks::install(this);
 }
 
 } // namespace corkwheel

@@ -47,6 +47,7 @@ QLabel* note(const QString& text, const QList<QWidget*>& others, QWidget* parent
 AppOptionsPopover::AppOptionsPopover(AppSettings& settings, QWidget* parent)
     : QFrame(parent, Qt::Popup), m_settings(settings) {
     setObjectName(QStringLiteral("appOptionsPopover"));
+    setAccessibleName(tr("App Options"));
     setFrameShape(QFrame::StyledPanel);
     m_dockIcon = new QCheckBox(tr("Show Dock icon"), this);
     m_dockIcon->setObjectName(QStringLiteral("showDockIconBox"));
@@ -99,7 +100,10 @@ void AppOptionsPopover::showEvent(QShowEvent* event) {
     QFrame::showEvent(event);
 }
 
+// The keyboard goes into the popup with it, to its first option; Escape closes it and gives
+// the keyboard back to where it was.
 void AppOptionsPopover::popUp(QWidget* anchor) {
+    m_dockIcon->setFocus(Qt::PopupFocusReason);
     adjustSize();
     QPoint at = anchor->mapToGlobal(QPoint(0, anchor->height()));
     at.rx() += (anchor->width() - width()) / 2;

@@ -3,6 +3,7 @@
 #include "editor/AppearanceSection.h"
 
 #include "editor/ColorWell.h"
+#include "editor/FocusRing.h"
 #include "editor/FontChoices.h"
 #include "editor/StepperLabel.h"
 #include "model/PanelLimits.h"
@@ -74,8 +75,9 @@ void AppearanceSection::addFontRows() {
     });
     m_form->addRow(tr("Font"), m_fontPicker);
 
-    m_fontSizeStepper = new StepperLabel(tr("Size: %1 pt"), PanelLimits::kSteppedFontSize.lowest,
-                                         PanelLimits::kSteppedFontSize.highest, 1);
+    m_fontSizeStepper =
+        new StepperLabel(tr("Font size"), tr("Size: %1 pt"), PanelLimits::kSteppedFontSize.lowest,
+                         PanelLimits::kSteppedFontSize.highest, 1);
     m_fontSizeStepper->setObjectName(QStringLiteral("fontSizeStepper"));
     connect(m_fontSizeStepper, &StepperLabel::valueEdited, this, [this](double size) {
         Q_EMIT edited([size](Panel& panel) { panel.style.fontSize = size; });
@@ -118,20 +120,20 @@ void AppearanceSection::addAlignmentRow() {
 
 void AppearanceSection::addBackgroundRows() {
     m_shadowToggle = makeToggle(tr("Text Shadow"), QStringLiteral("shadowToggle"));
-    connect(m_shadowToggle, &QCheckBox::clicked, this, [this](bool on) {
+    connect(m_shadowToggle, &QCheckBox::toggled, this, [this](bool on) {
         Q_EMIT edited([on](Panel& panel) { panel.style.showShadow = on; });
     });
     m_form->addRow(m_shadowToggle);
 
     m_glassToggle = makeToggle(tr("Glass Background"), QStringLiteral("glassToggle"));
-    connect(m_glassToggle, &QCheckBox::clicked, this, [this](bool on) {
+    connect(m_glassToggle, &QCheckBox::toggled, this, [this](bool on) {
         Q_EMIT edited([on](Panel& panel) { panel.style.showGlassBackground = on; });
     });
     m_form->addRow(m_glassToggle);
 
-    m_cornerRadiusStepper =
-        new StepperLabel(tr("Corner Radius: %1"), PanelLimits::kSteppedCornerRadius.lowest,
-                         PanelLimits::kSteppedCornerRadius.highest, 1);
+    m_cornerRadiusStepper = new StepperLabel(tr("Corner radius"), tr("Corner Radius: %1"),
+                                             PanelLimits::kSteppedCornerRadius.lowest,
+                                             PanelLimits::kSteppedCornerRadius.highest, 1);
     m_cornerRadiusStepper->setObjectName(QStringLiteral("cornerRadiusStepper"));
     connect(m_cornerRadiusStepper, &StepperLabel::valueEdited, this, [this](double radius) {
         Q_EMIT edited([radius](Panel& panel) { panel.style.cornerRadius = radius; });
@@ -143,6 +145,8 @@ void AppearanceSection::addBackgroundRows() {
     m_opacitySlider->setRange(opacityPosition(PanelLimits::kSlidOpacity.lowest),
                               opacityPosition(PanelLimits::kSlidOpacity.highest));
     m_opacitySlider->setAccessibleName(tr("Opacity"));
+    // The style's own sign of focus on a slider is a faint tint of its handle.
+    new FocusRing(m_opacitySlider);
     connect(m_opacitySlider, &QSlider::valueChanged, this, [this](int position) {
         const double opacity = static_cast<double>(position) / kOpacityScale;
         Q_EMIT edited([opacity](Panel& panel) { panel.style.opacity = opacity; });
@@ -158,8 +162,12 @@ void AppearanceSection::showPanel(const Panel& panel) {
     m_backgroundColorWell->display(style.backgroundColor);
     m_alignmentPicker->setCurrentIndex(
         static_cast<int>(alignmentOptions().indexOf(style.textAlignment)));
-    m_shadowToggle->setChecked(style.showShadow);
-    m_glassToggle->setChecked(style.showGlassBackground);
+    {
+        const QSignalBlocker quietShadow(m_shadowToggle);
+        const QSignalBlocker quietGlass(m_glassToggle);
+        m_shadowToggle->setChecked(style.showShadow);
+        m_glassToggle->setChecked(style.showGlassBackground);
+    }
     const bool radiusShown = showsCornerRadius(style);
     if (radiusShown)
         m_cornerRadiusStepper->setValue(style.cornerRadius);

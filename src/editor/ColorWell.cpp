@@ -2,11 +2,15 @@
 
 #include "editor/ColorWell.h"
 
+#include "editor/ReturnClicks.h"
 #include "render/PanelColors.h"
+#include "render/Theme.h"
 
 #include <QColorDialog>
 #include <QPainter>
 #include <QPainterPath>
+
+#include <cmath>
 
 namespace corkwheel {
 
@@ -14,6 +18,7 @@ namespace {
 
 constexpr double kCornerRadius = 4;
 constexpr int kCheckerSize = 5;
+constexpr double kFocusRingWidth = 2;
 
 // Light and dark squares behind the swatch, so that its opacity shows.
 void paintCheckerboard(QPainter& painter, const QRect& rect) {
@@ -33,6 +38,8 @@ ColorWell::ColorWell(QWidget* parent) : QAbstractButton(parent), m_color(Qt::tra
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(this, &QAbstractButton::clicked, this, &ColorWell::openDialog);
+    ReturnClicks::install(this);
+    describeColor();
 }
 
 void ColorWell::display(const CodableColor& color) {
@@ -40,13 +47,23 @@ void ColorWell::display(const CodableColor& color) {
     if (shown == m_color)
         return;
     m_color = shown;
+    describeColor();
     update();
 }
 
 void ColorWell::setColor(const QColor& color) {
     m_color = color.toRgb();
+    describeColor();
     update();
     Q_EMIT colorPicked(m_color);
+}
+
+// The swatch says nothing to a screen reader; its description reads the colour out.
+void ColorWell::describeColor() {
+    const auto opacity = static_cast<int>(std::lround(m_color.alphaF() * 100));
+    //: How a screen reader describes a colour well: the colour's hex code and its opacity.
+    setAccessibleDescription(
+        tr("%1, %2% opaque").arg(m_color.name(QColor::HexRgb).toUpper()).arg(opacity));
 }
 
 CodableColor ColorWell::toCodable(const QColor& color) {
@@ -83,9 +100,17 @@ void ColorWell::paintEvent(QPaintEvent*) {
     paintCheckerboard(painter, rect());
     painter.fillRect(rect(), m_color);
     painter.restore();
-    const QPalette::ColorRole border = hasFocus() ? QPalette::Highlight : QPalette::Mid;
-    painter.setPen(QPen(palette().color(border), 1));
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1));
     painter.drawPath(shape);
+    if (hasFocus()) {
+        // Inside the frame, in the accent colour of the other controls' rings: the well has
+        // no margin to draw one around it, and a swatch of the highlight colour would hide
+        // a ring of that colour.
+        const double inset = kFocusRingWidth / 2;
+        painter.setPen(QPen(Theme::accent(), kFocusRingWidth));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset),
+                                kCornerRadius, kCornerRadius);
+    }
 }
 
 } // namespace corkwheel

@@ -9,8 +9,8 @@
 
 namespace corkwheel {
 
-// A swatch of a colour, opacity included, that opens the colour dialog when clicked. A
-// colour chosen there is announced as picked.
+// A swatch of a colour, opacity included, that opens the colour dialog when clicked or when
+// Space or Return is pressed on it. A colour chosen there is announced as picked.
 class ColorWell : public QAbstractButton {
     Q_OBJECT
 
@@ -38,6 +38,7 @@ protected:
 
 private:
     void openDialog();
+    void describeColor();
 
     QColor m_color;
 };

@@ -3,6 +3,7 @@
 #include "editor/EditorView.h"
 
 #include "editor/EmptyStatePlacard.h"
+#include "editor/FocusChain.h"
 #include "editor/InspectorView.h"
 #include "editor/SidebarView.h"
 #include "model/PanelStore.h"
@@ -59,6 +60,8 @@ void EditorView::showEvent(QShowEvent* event) {
     if (m_appeared)
         return;
     m_appeared = true;
+    // The keyboard starts in the list, where the arrows pick the panel to edit.
+    m_sidebar->focusList();
     // As the window first appears, after it has been laid out.
     QTimer::singleShot(0, this, &EditorView::selectFirstIfNothingSelected);
 }
@@ -108,6 +111,9 @@ void EditorView::showDetail() {
     m_inspector = new InspectorView(m_store, m_selection, m_services);
     m_detail->addWidget(m_inspector);
     m_detail->setCurrentWidget(m_inspector);
+    // The new inspector's controls joined the window last; Tab reaches them after the
+    // sidebar, beside which they are shown.
+    FocusChain::link(FocusChain::stopsIn(m_sidebar) + FocusChain::stopsIn(m_inspector));
 }
 
 } // namespace corkwheel

@@ -4,6 +4,8 @@
 
 #include "editor/AppOptionsPopover.h"
 #include "editor/EditorView.h"
+#include "editor/FocusRing.h"
+#include "editor/ReturnClicks.h"
 #include "model/PanelStore.h"
 #include "render/Symbols.h"
 
@@ -11,6 +13,8 @@
 #include <QEvent>
 #include <QToolBar>
 #include <QToolButton>
+
+#include <utility>
 
 namespace corkwheel {
 
@@ -65,6 +69,20 @@ void EditorWindow::addToolbar() {
     connect(m_hideAll, &QAction::toggled, &m_store, &PanelStore::setPanelsHidden);
     connect(&m_store, &PanelStore::panelsHiddenChanged, this, &EditorWindow::showPanelsHidden);
     showPanelsHidden(m_store.panelsHidden());
+
+    // A toolbar keeps its buttons out of Tab's way, as a mouse-only shortcut to what the
+    // window offers elsewhere; here they are the only way to these three.
+    const QList<std::pair<QAction*, const char*>> buttons{{m_appOptions, "appOptionsButton"},
+                                                          {m_editMode, "editModeButton"},
+                                                          {m_hideAll, "hideAllButton"}};
+    for (const auto& [action, name] : buttons) {
+        QToolButton* button = buttonFor(action);
+        button->setObjectName(QLatin1String(name));
+        button->setFocusPolicy(Qt::TabFocus);
+        // The style shows no focus on a toolbar's flat buttons.
+        new FocusRing(button);
+        ReturnClicks::install(button);
+    }
 }
 
 QToolButton* EditorWindow::buttonFor(QAction* action) const {

@@ -8,6 +8,7 @@
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QLineEdit>
+#include <QSignalBlocker>
 
 namespace corkwheel {
 
@@ -17,7 +18,7 @@ GeneralSection::GeneralSection(QWidget* parent)
     : InspectorSection(tr("General"), QStringLiteral("generalSection"), parent),
       m_nameField(new QLineEdit),
       m_enabledToggle(makeToggle(tr("Enabled"), QStringLiteral("enabledToggle"))),
-      m_refreshStepper(new StepperLabel(tr("Refresh every %1s"),
+      m_refreshStepper(new StepperLabel(tr("Refresh interval"), tr("Refresh every %1s"),
                                         PanelLimits::kSteppedRefreshInterval.lowest,
                                         PanelLimits::kSteppedRefreshInterval.highest, 1)) {
     QFormLayout* form = makeForm();
@@ -28,7 +29,7 @@ GeneralSection::GeneralSection(QWidget* parent)
     });
     form->addRow(tr("Name"), m_nameField);
 
-    connect(m_enabledToggle, &QCheckBox::clicked, this,
+    connect(m_enabledToggle, &QCheckBox::toggled, this,
             [this](bool on) { Q_EMIT edited([on](Panel& panel) { panel.isEnabled = on; }); });
     form->addRow(m_enabledToggle);
 
@@ -44,6 +45,7 @@ GeneralSection::GeneralSection(QWidget* parent)
 void GeneralSection::showPanel(const Panel& panel) {
     if (m_nameField->text() != panel.name)
         m_nameField->setText(panel.name);
+    const QSignalBlocker quiet(m_enabledToggle);
     m_enabledToggle->setChecked(panel.isEnabled);
     m_refreshStepper->setValue(panel.refreshInterval);
 }

@@ -32,6 +32,9 @@ Q_SIGNALS:
 protected:
     // A two-column form filling the section's body.
     QFormLayout* makeForm();
+    // A section reads a toggle's edits from toggled(), which a screen reader's toggle action
+    // emits as a click does (clicked() it does not), and shows a panel with the toggle's
+    // signals blocked.
     static QCheckBox* makeToggle(const QString& text, const QString& name);
 };
 

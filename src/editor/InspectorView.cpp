@@ -2,6 +2,7 @@
 
 #include "editor/InspectorView.h"
 
+#include "editor/FocusChain.h"
 #include "editor/GeneralSection.h"
 #include "editor/PositionSection.h"
 #include "editor/PreviewSection.h"
@@ -10,6 +11,7 @@
 #include "model/PanelStore.h"
 #include "render/PanelContentView.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QScrollArea>
 #include <QVBoxLayout>
@@ -37,6 +39,9 @@ InspectorView::InspectorView(PanelStore& store, const QUuid& panelID, RunnerServ
     m_scrollArea->setWidgetResizable(true);
     m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setWidget(buildSections());
+    // The form's controls take the keyboard themselves; a stop on the area around them
+    // would be one with nothing to say.
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(buildTitle());
@@ -44,6 +49,14 @@ InspectorView::InspectorView(PanelStore& store, const QUuid& panelID, RunnerServ
 
     showPanel(m_shown);
     connect(&m_store, &PanelStore::panelsChanged, this, &InspectorView::reload);
+    m_revealFocus = connect(qApp, &QApplication::focusChanged, this, &InspectorView::revealFocus);
+}
+
+// The area scrolls to a control the keyboard moves to, from outside the form as well, where
+// the area itself does not see the move.
+void InspectorView::revealFocus(QWidget*, QWidget* now) {
+    if (now && m_scrollArea->widget()->isAncestorOf(now))
+        m_scrollArea->ensureWidgetVisible(now);
 }
 
 QWidget* InspectorView::buildSections() {
@@ -77,6 +90,9 @@ QLabel* InspectorView::buildTitle() {
 
 // The preview's content view reads the runner until it is gone, so the form goes first.
 InspectorView::~InspectorView() {
+    // Deleting the focused control moves the keyboard on, which must not reach a form that
+    // is being taken apart.
+    disconnect(m_revealFocus);
     delete m_scrollArea;
 }
 
@@ -129,6 +145,19 @@ void InspectorView::showPanel(const Panel& panel) {
     matchStatsSection(panel.type);
     for (InspectorSection* section : std::as_const(m_sections))
         section->showPanel(panel);
+    if (m_orderedType != panel.type) {
+        m_orderedType = panel.type;
+        orderTabStops();
+    }
+}
+
+// Section by section, top to bottom: the rows of a type's source and its statistics are made
+// once the type is known, after the sections below them.
+void InspectorView::orderTabStops() {
+    QList<QWidget*> stops;
+    for (InspectorSection* section : std::as_const(m_sections))
+        stops += FocusChain::stopsIn(section);
+    FocusChain::link(stops);
 }
 
 // The section of a system-stats panel's rows comes after its Source section; a panel of

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 class QLabel;
 class QScrollArea;
@@ -61,6 +62,8 @@ private:
     void reload();
     void showPanel(const Panel& panel);
     void matchStatsSection(PanelType type);
+    void orderTabStops();
+    void revealFocus(QWidget* before, QWidget* now);
 
     PanelStore& m_store;
     QUuid m_panelID;
@@ -77,6 +80,9 @@ private:
     QList<InspectorSection*> m_sections;
     // Only a system-stats panel has this section.
     StatsSection* m_statsSection = nullptr;
+    QMetaObject::Connection m_revealFocus;
+    // The type whose controls Tab was last put in order for.
+    std::optional<PanelType> m_orderedType;
 };
 
 } // namespace corkwheel

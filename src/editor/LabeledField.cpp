@@ -31,14 +31,14 @@ QString writeNumber(double value) {
 
 } // namespace
 
-LabeledField::LabeledField(const QString& label, QWidget* parent)
+LabeledField::LabeledField(const QString& label, const QString& name, QWidget* parent)
     : QWidget(parent), m_label(new QLabel(label, this)), m_field(new QLineEdit(this)) {
     SecondaryText::apply(*m_label);
     // As wide as the label's text, which a translation may make longer than the one letter
     // of English, and never narrower than kLabelWidth, which lines the fields up.
     m_label->setMinimumWidth(kLabelWidth);
     m_label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
-    m_field->setAccessibleName(label);
+    m_field->setAccessibleName(name);
     m_field->setPlaceholderText(label);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -10,14 +10,15 @@ class QLineEdit;
 
 namespace corkwheel {
 
-// A short dimmed label and a field that edits one number as the user's locale writes it.
+// A short dimmed label and a field that edits one number as the user's locale writes it. A
+// screen reader calls the field `name`, which says in words what the label abbreviates.
 // Every keystroke that leaves a readable number announces it; one that doesn't (an empty
 // field, a lone minus sign) announces nothing, and leaving the field shows the number again.
 class LabeledField : public QWidget {
     Q_OBJECT
 
 public:
-    explicit LabeledField(const QString& label, QWidget* parent = nullptr);
+    LabeledField(const QString& label, const QString& name, QWidget* parent = nullptr);
 
     // Shows `value` without announcing it. Text the user is typing that already reads as
     // `value` ("12." for 12) is left as it stands.

@@ -26,11 +26,18 @@ MiniSwitch::MiniSwitch(QWidget* parent) : QAbstractButton(parent) {
 }
 
 QSize MiniSwitch::sizeHint() const {
-    return {kWidth, kHeight};
+    return {kWidth + 2 * kRingMargin, kHeight + 2 * kRingMargin};
 }
 
 QSize MiniSwitch::minimumSizeHint() const {
     return sizeHint();
+}
+
+void MiniSwitch::setOnHighlight(bool onHighlight) {
+    if (onHighlight == m_onHighlight)
+        return;
+    m_onHighlight = onHighlight;
+    update();
 }
 
 QColor MiniSwitch::trackColor() const {
@@ -70,11 +77,14 @@ void MiniSwitch::paintEvent(QPaintEvent*) {
     painter.drawEllipse(knobRect(track));
 
     if (hasFocus()) {
-        painter.setPen(QPen(Theme::accent(), 1.5));
+        // Around the track, apart from it: an "on" track is of the ring's own colour.
+        const QColor ring =
+            m_onHighlight ? palette().color(QPalette::HighlightedText) : Theme::accent();
+        painter.setPen(QPen(ring, kRingWidth));
         painter.setBrush(Qt::NoBrush);
-        // Inside the track: the switch has no margin to draw a ring around it.
-        const QRectF ring = track.adjusted(0.75, 0.75, -0.75, -0.75);
-        painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);
+        const double outset = kRingMargin - kRingWidth / 2;
+        const QRectF around = track.adjusted(-outset, -outset, outset, outset);
+        painter.drawRoundedRect(around, around.height() / 2, around.height() / 2);
     }
 }
 

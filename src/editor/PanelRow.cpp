@@ -2,16 +2,20 @@
 
 #include "editor/PanelRow.h"
 
+#include "editor/EditorAccessibility.h"
 #include "editor/ElidedLabel.h"
 #include "editor/MiniSwitch.h"
 #include "editor/SecondaryText.h"
 #include "editor/SymbolBox.h"
 #include "model/PanelStore.h"
 #include "render/PanelFonts.h"
+#include "render/Theme.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
@@ -37,6 +41,7 @@ PanelRow::PanelRow(PanelStore& store, const Panel& panel, QWidget* parent)
       m_symbol(new SymbolBox(kSymbolBox, kSymbolSize, this)),
       m_name(makeLabel<ElidedLabel>(QStringLiteral("nameLabel"), this)),
       m_type(makeLabel<QLabel>(QStringLiteral("typeLabel"), this)), m_switch(new MiniSwitch(this)) {
+    EditorAccessibility::install();
     setObjectName(QStringLiteral("panelRow"));
     m_symbol->setObjectName(QStringLiteral("symbolBox"));
     m_symbol->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -50,13 +55,18 @@ PanelRow::PanelRow(PanelStore& store, const Panel& panel, QWidget* parent)
     lines->addWidget(m_type);
 
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(kLeadingPadding, kVerticalPadding, kTrailingPadding, kVerticalPadding);
+    // The switch's track keeps its distance from the row's end; the margin it keeps for its
+    // focus ring lies within that distance.
+    row->setContentsMargins(kLeadingPadding, kVerticalPadding,
+                            kTrailingPadding - MiniSwitch::kRingMargin, kVerticalPadding);
     row->setSpacing(kSpacing);
     row->addWidget(m_symbol, 0, Qt::AlignVCenter);
     row->addLayout(lines, 1);
     row->addWidget(m_switch, 0, Qt::AlignVCenter);
 
-    connect(m_switch, &QAbstractButton::clicked, this, &PanelRow::writeEnabled);
+    // Toggled, not clicked: a screen reader's toggle action flips the switch without a click.
+    // The row's own changes of the switch are made with its signals blocked.
+    connect(m_switch, &QAbstractButton::toggled, this, &PanelRow::writeEnabled);
     showFields();
     applyColors();
 }
@@ -72,18 +82,56 @@ void PanelRow::setPanel(const Panel& panel) {
         applyColors();
 }
 
+QString PanelRow::title() const {
+    return m_panel.name.isEmpty() ? displayName(m_panel.type) : m_panel.name;
+}
+
 void PanelRow::showFields() {
+    const bool renamed = m_name->text() != m_panel.name;
     m_name->setText(m_panel.name);
     m_type->setText(displayName(m_panel.type));
     const QSignalBlocker quiet(m_switch);
     m_switch->setChecked(m_panel.isEnabled);
+    //: The name a screen reader gives a panel's on/off switch in the sidebar.
+    const QString switchName = tr("%1 enabled").arg(title());
+    if (m_switch->accessibleName() != switchName)
+        m_switch->setAccessibleName(switchName);
+    if (renamed && QAccessible::isActive()) {
+        QAccessibleEvent event(this, QAccessible::NameChanged);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void PanelRow::setSelected(bool selected) {
     if (selected == m_selected)
         return;
     m_selected = selected;
+    m_switch->setOnHighlight(selected);
     applyColors();
+    update();
+}
+
+void PanelRow::setKeyboardCurrent(bool current) {
+    if (current == m_keyboardCurrent)
+        return;
+    m_keyboardCurrent = current;
+    update();
+}
+
+// Over the list's selection highlight, which is of the accent colour, the ring takes the
+// highlighted text's colour.
+void PanelRow::paintEvent(QPaintEvent*) {
+    if (!m_keyboardCurrent)
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor ring = m_selected ? palette().color(QPalette::HighlightedText) : Theme::accent();
+    painter.setPen(QPen(ring, kRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    // Inside the row, clear of the highlight's edge, which would blur into it.
+    const double inset = kRingInset + kRingWidth / 2;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRingRadius,
+                            kRingRadius);
 }
 
 void PanelRow::writeEnabled(bool enabled) {

@@ -28,10 +28,18 @@ public:
     // Shows `panel`, which the store now holds under this row's id.
     void setPanel(const Panel& panel);
     const Panel& panel() const { return m_panel; }
+    // What the row is called out loud: the panel's name, or its type's while it has none.
+    QString title() const;
+    MiniSwitch* enabledSwitch() const { return m_switch; }
 
     // A selected row is drawn over the selection highlight, in its text colours.
     void setSelected(bool selected);
     bool isSelected() const { return m_selected; }
+
+    // The row the list's keyboard is on, while the list has the keyboard: a ring runs round
+    // it, which the selection alone does not show.
+    void setKeyboardCurrent(bool current);
+    bool isKeyboardCurrent() const { return m_keyboardCurrent; }
 
     static constexpr double kSymbolBox = 20;
     static constexpr double kSymbolSize = 16;
@@ -41,8 +49,13 @@ public:
     static constexpr int kLeadingPadding = 6;
     static constexpr int kTrailingPadding = 8;
 
+    static constexpr double kRingWidth = 2;
+    static constexpr double kRingInset = 2;
+    static constexpr double kRingRadius = 5;
+
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void writeEnabled(bool enabled);
@@ -53,6 +66,7 @@ private:
     PanelStore& m_store;
     Panel m_panel;
     bool m_selected = false;
+    bool m_keyboardCurrent = false;
     SymbolBox* m_symbol;
     ElidedLabel* m_name;
     QLabel* m_type;

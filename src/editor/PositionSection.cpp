@@ -13,10 +13,12 @@ namespace corkwheel {
 
 PositionSection::PositionSection(QWidget* parent)
     : InspectorSection(tr("Position & Size"), QStringLiteral("positionSection"), parent),
-      m_xField(frameField(tr("X"), QStringLiteral("xField"), &PanelFrame::x)),
-      m_yField(frameField(tr("Y"), QStringLiteral("yField"), &PanelFrame::y)),
-      m_widthField(frameField(tr("W"), QStringLiteral("widthField"), &PanelFrame::width)),
-      m_heightField(frameField(tr("H"), QStringLiteral("heightField"), &PanelFrame::height)) {
+      m_xField(frameField(tr("X"), tr("X position"), QStringLiteral("xField"), &PanelFrame::x)),
+      m_yField(frameField(tr("Y"), tr("Y position"), QStringLiteral("yField"), &PanelFrame::y)),
+      m_widthField(
+          frameField(tr("W"), tr("Width"), QStringLiteral("widthField"), &PanelFrame::width)),
+      m_heightField(
+          frameField(tr("H"), tr("Height"), QStringLiteral("heightField"), &PanelFrame::height)) {
     auto* layout = new QVBoxLayout(body());
 
     auto* position = new QHBoxLayout;
@@ -42,9 +44,9 @@ void PositionSection::showPanel(const Panel& panel) {
     m_heightField->setValue(panel.frame.height);
 }
 
-LabeledField* PositionSection::frameField(const QString& label, const QString& name,
-                                          double PanelFrame::*field) {
-    auto* labeled = new LabeledField(label);
+LabeledField* PositionSection::frameField(const QString& label, const QString& spokenName,
+                                          const QString& name, double PanelFrame::*field) {
+    auto* labeled = new LabeledField(label, spokenName);
     labeled->setObjectName(name);
     connect(labeled, &LabeledField::valueEdited, this, [this, field](double value) {
         Q_EMIT edited([field, value](Panel& panel) { panel.frame.*field = value; });

@@ -18,7 +18,8 @@ public:
     void showPanel(const Panel& panel) override;
 
 private:
-    LabeledField* frameField(const QString& label, const QString& name, double PanelFrame::*field);
+    LabeledField* frameField(const QString& label, const QString& spokenName, const QString& name,
+                             double PanelFrame::*field);
 
     LabeledField* m_xField;
     LabeledField* m_yField;

@@ -3,6 +3,9 @@
 #include "editor/SidebarView.h"
 
 #include "editor/AddPanelButton.h"
+#include "editor/FocusChain.h"
+#include "editor/MiniSwitch.h"
+#include "editor/PanelList.h"
 #include "editor/PanelRow.h"
 #include "editor/SecondaryText.h"
 #include "model/PanelStore.h"
@@ -37,9 +40,10 @@ QLabel* makeHeader(QWidget* parent) {
     return header;
 }
 
-QListWidget* makeList(QWidget* parent) {
-    auto* list = new QListWidget(parent);
+PanelList* makeList(QWidget* parent) {
+    auto* list = new PanelList(parent);
     list->setObjectName(QStringLiteral("panelList"));
+    list->setAccessibleName(SidebarView::tr("Panels"));
     list->setSelectionMode(QAbstractItemView::SingleSelection);
     list->setDragEnabled(false);
     list->setFrameShape(QFrame::NoFrame);
@@ -88,6 +92,8 @@ SidebarView::SidebarView(PanelStore& store, QWidget* parent)
     m_list->viewport()->installEventFilter(this);
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &SidebarView::listSelectionChanged);
+    connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &SidebarView::showRowHighlights);
     connect(m_list, &QWidget::customContextMenuRequested, this, &SidebarView::showContextMenu);
     connect(&m_store, &PanelStore::panelsChanged, this, &SidebarView::showPanels);
     showPanels();
@@ -103,7 +109,11 @@ QUuid SidebarView::selection() const {
 }
 
 PanelRow* SidebarView::rowWidget(int row) const {
-    return qobject_cast<PanelRow*>(m_list->itemWidget(m_list->item(row)));
+    return m_list->panelRow(row);
+}
+
+void SidebarView::focusList() {
+    m_list->setFocus(Qt::OtherFocusReason);
 }
 
 QUuid SidebarView::idAt(int row) const {
@@ -127,16 +137,33 @@ void SidebarView::showPanels() {
     const QUuid shown = selection();
     m_quiet = true;
     const QList<Panel>& panels = m_store.panels();
+    bool inserted = false;
     for (int row = 0; row < panels.size(); ++row) {
-        if (row < m_list->count() && idAt(row) == panels.at(row).id)
+        if (row < m_list->count() && idAt(row) == panels.at(row).id) {
             rowWidget(row)->setPanel(panels.at(row));
-        else
+        } else {
             insertRow(row, panels.at(row));
+            inserted = true;
+        }
     }
     while (m_list->count() > panels.size())
         delete m_list->takeItem(m_list->count() - 1);
     m_quiet = false;
     setSelection(shown);
+    if (inserted)
+        orderTabStops();
+}
+
+// Tab goes from the list to each row's switch, top to bottom, and on to "Add Panel", as
+// they are shown; a new row's switch would otherwise come after everything else.
+void SidebarView::orderTabStops() {
+    QList<QWidget*> stops{m_list};
+    for (int row = 0; row < m_list->count(); ++row) {
+        if (PanelRow* widget = rowWidget(row))
+            stops.append(widget->enabledSwitch());
+    }
+    stops.append(m_addButton);
+    FocusChain::link(stops);
 }
 
 void SidebarView::setSelection(const QUuid& id) {
@@ -165,9 +192,12 @@ void SidebarView::listSelectionChanged() {
 }
 
 void SidebarView::showRowHighlights() {
+    const int current = m_list->hasFocus() ? m_list->currentRow() : -1;
     for (int row = 0; row < m_list->count(); ++row) {
-        if (PanelRow* widget = rowWidget(row))
+        if (PanelRow* widget = rowWidget(row)) {
             widget->setSelected(m_list->item(row)->isSelected());
+            widget->setKeyboardCurrent(row == current);
+        }
     }
 }
 
@@ -203,6 +233,9 @@ void SidebarView::deleteOffsets(QList<int> offsets) {
 }
 
 bool SidebarView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_list &&
+        (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut))
+        showRowHighlights();
     // A right click opens the row's context menu without picking the row.
     if (watched == m_list->viewport() && isRightPress(*event))
         return true;

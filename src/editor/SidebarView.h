@@ -9,12 +9,12 @@
 #include <memory>
 
 class QLabel;
-class QListWidget;
 class QMenu;
 
 namespace corkwheel {
 
 class AddPanelButton;
+class PanelList;
 class PanelRow;
 class PanelStore;
 struct Panel;
@@ -38,6 +38,9 @@ public:
     // The context menu of the row at `row`: a single "Delete" that removes that row's panel.
     std::unique_ptr<QMenu> contextMenuFor(int row);
 
+    // Gives the list the keyboard, where Up and Down pick the panel.
+    void focusList();
+
     QSize sizeHint() const override;
 
     static constexpr int kMinimumWidth = 220;
@@ -60,10 +63,11 @@ private:
     void showRowHighlights();
     void showContextMenu(const QPoint& position);
     void deleteOffsets(QList<int> offsets);
+    void orderTabStops();
 
     PanelStore& m_store;
     QLabel* m_header;
-    QListWidget* m_list;
+    PanelList* m_list;
     AddPanelButton* m_addButton;
     // Set while the sidebar itself changes the list's selection, which the user did not pick.
     bool m_quiet = false;

@@ -9,6 +9,7 @@
 #include <QCheckBox>
 #include <QFormLayout>
 #include <QLabel>
+#include <QSignalBlocker>
 
 namespace corkwheel {
 
@@ -42,7 +43,7 @@ StatsSection::StatsSection(QWidget* parent)
                   kLowestTemperature, kHighestTemperature, kTemperatureStep);
     m_sensorMaxToggle = makeToggle(tr("At each sensor's own maximum, where it has one"),
                                    QStringLiteral("temperaturesAtSensorMaxToggle"));
-    connect(m_sensorMaxToggle, &QCheckBox::clicked, this, [this](bool on) {
+    connect(m_sensorMaxToggle, &QCheckBox::toggled, this, [this](bool on) {
         Q_EMIT edited(
             [on](Panel& panel) { panel.systemStats.warnings.temperaturesAtSensorMax = on; });
     });
@@ -55,7 +56,7 @@ void StatsSection::addRowSwitch(const QString& label, const QString& name, bool 
     auto* toggle = new MiniSwitch;
     toggle->setObjectName(name);
     toggle->setAccessibleName(label);
-    connect(toggle, &MiniSwitch::clicked, this, [this, row](bool on) {
+    connect(toggle, &MiniSwitch::toggled, this, [this, row](bool on) {
         Q_EMIT edited([row, on](Panel& panel) { panel.systemStats.rows.*row = on; });
     });
     m_form->addRow(label, toggle);
@@ -65,9 +66,8 @@ void StatsSection::addRowSwitch(const QString& label, const QString& name, bool 
 void StatsSection::addWarningRow(const QString& label, const QString& name,
                                  StatsWarning StatsWarnings::*warning, const QString& format,
                                  double minimum, double maximum, double step) {
-    auto* row = new WarningRow(name, format, minimum, maximum, step);
+    auto* row = new WarningRow(name, label, format, minimum, maximum, step);
     row->setObjectName(name);
-    row->onSwitch()->setAccessibleName(tr("Warn on %1").arg(label));
     connect(row, &WarningRow::edited, this, [this, warning](const StatsWarning& edited) {
         Q_EMIT this->edited(
             [warning, &edited](Panel& panel) { panel.systemStats.warnings.*warning = edited; });
@@ -78,10 +78,13 @@ void StatsSection::addWarningRow(const QString& label, const QString& name,
 
 void StatsSection::showPanel(const Panel& panel) {
     const SystemStatsOptions& options = panel.systemStats;
-    for (const auto& [toggle, row] : std::as_const(m_rowSwitches))
+    for (const auto& [toggle, row] : std::as_const(m_rowSwitches)) {
+        const QSignalBlocker quiet(toggle);
         toggle->setChecked(options.rows.*row);
+    }
     for (const auto& [row, warning] : std::as_const(m_warningRows))
         row->display(options.warnings.*warning);
+    const QSignalBlocker quiet(m_sensorMaxToggle);
     m_sensorMaxToggle->setChecked(options.warnings.temperaturesAtSensorMax);
     m_sensorMaxToggle->setEnabled(options.warnings.temperatures.isOn);
 }

@@ -2,7 +2,12 @@
 
 #include "editor/StepperLabel.h"
 
+#include "editor/EditorAccessibility.h"
+#include "editor/FocusRing.h"
+
+#include <QAccessible>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QToolButton>
 
@@ -21,6 +26,9 @@ QToolButton* makeStepButton(const QString& text, const QString& name, QWidget* p
     button->setText(text);
     button->setObjectName(name);
     button->setAutoRepeat(true);
+    // The stepper itself takes the keyboard and its arrows; a stop on each button as well
+    // would only lengthen the way through the form.
+    button->setFocusPolicy(Qt::NoFocus);
     return button;
 }
 
@@ -37,8 +45,8 @@ QString stepperLabelText(const QString& format, double value) {
     return format.arg(checkedWholeNumber(value));
 }
 
-StepperLabel::StepperLabel(const QString& format, double minimum, double maximum, double step,
-                           QWidget* parent)
+StepperLabel::StepperLabel(const QString& name, const QString& format, double minimum,
+                           double maximum, double step, QWidget* parent)
     : QWidget(parent), m_format(format), m_minimum(minimum), m_maximum(maximum), m_step(step),
       m_value(minimum), m_label(new QLabel(this)),
       m_decrement(
@@ -51,13 +59,25 @@ StepperLabel::StepperLabel(const QString& format, double minimum, double maximum
     layout->addWidget(m_increment);
     connect(m_decrement, &QToolButton::clicked, this, [this] { stepBy(-m_step); });
     connect(m_increment, &QToolButton::clicked, this, [this] { stepBy(m_step); });
+    EditorAccessibility::install();
+    setAccessibleName(name);
+    m_decrement->setAccessibleName(tr("Decrease %1").arg(name));
+    m_increment->setAccessibleName(tr("Increase %1").arg(name));
+    setFocusPolicy(Qt::StrongFocus);
+    new FocusRing(this);
     setValue(minimum);
 }
 
 void StepperLabel::setValue(double value) {
+    const bool changed = value != m_value;
     m_value = value;
     m_label->setText(stepperLabelText(m_format, value));
     updateButtons();
+    // A screen reader reads the new value out while the stepper has the focus.
+    if (changed && QAccessible::isActive()) {
+        QAccessibleValueChangeEvent event(this, value);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 QString StepperLabel::text() const {
@@ -67,11 +87,40 @@ QString StepperLabel::text() const {
 // A step that would leave the range stops at its end; a value already outside the range
 // (from a hand-edited document) is brought back into it by the first step.
 void StepperLabel::stepBy(double delta) {
-    const double stepped = std::clamp(m_value + delta, m_minimum, m_maximum);
+    editValue(m_value + delta);
+}
+
+void StepperLabel::editValue(double value) {
+    const double stepped = std::clamp(value, m_minimum, m_maximum);
     if (stepped == m_value)
         return;
     setValue(stepped);
     Q_EMIT valueEdited(stepped);
+}
+
+void StepperLabel::keyPressEvent(QKeyEvent* event) {
+    if ((event->modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    switch (event->key()) {
+    case Qt::Key_Up:
+        stepBy(m_step);
+        break;
+    case Qt::Key_Down:
+        stepBy(-m_step);
+        break;
+    case Qt::Key_PageUp:
+        stepBy(m_step * kPageSteps);
+        break;
+    case Qt::Key_PageDown:
+        stepBy(-m_step * kPageSteps);
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    event->accept();
 }
 
 void StepperLabel::updateButtons() {

@@ -14,15 +14,16 @@ class StepperLabel;
 
 // The controls of one row's warning in a form: a switch that turns it on, a stepper for its
 // threshold and a well for its colour. Its children are named after `name`: `name`Switch,
-// `name`Stepper, `name`ColorWell.
+// `name`Stepper, `name`ColorWell; a screen reader calls them after `title`, the row's label
+// ("Warn on CPU", "CPU warning threshold", "CPU warning color").
 class WarningRow : public QWidget {
     Q_OBJECT
 
 public:
     // The stepper shows the threshold through `format` ("above %1%") within `minimum` and
     // `maximum`, in steps of `step`.
-    WarningRow(const QString& name, const QString& format, double minimum, double maximum,
-               double step, QWidget* parent = nullptr);
+    WarningRow(const QString& name, const QString& title, const QString& format, double minimum,
+               double maximum, double step, QWidget* parent = nullptr);
 
     // Shows `warning` without announcing it: it comes from the stored panel.
     void display(const StatsWarning& warning);

@@ -41,17 +41,21 @@ void SidebarViewSwitchesTest::switchIsAccentColouredOnlyWhenOn() {
     harness.settle();
     MiniSwitch* on = switchOf(harness.row(0));
     MiniSwitch* off = switchOf(harness.row(2));
-    QCOMPARE(on->size(), QSize(MiniSwitch::kWidth, MiniSwitch::kHeight));
+    // The track, with the margin kept for the focus ring round it.
+    constexpr int margin = MiniSwitch::kRingMargin;
+    QCOMPARE(on->size(), QSize(MiniSwitch::kWidth + 2 * margin, MiniSwitch::kHeight + 2 * margin));
     const auto accent = near(Theme::accent(), 30);
     const QImage onImage = render(*on, 2.0);
     const QImage offImage = render(*off, 2.0);
-    const QRectF whole(0, 0, MiniSwitch::kWidth, MiniSwitch::kHeight);
+    const QRectF whole(margin, margin, MiniSwitch::kWidth, MiniSwitch::kHeight);
     QVERIFY(countPixels(onImage, whole, accent) > 40);
     QCOMPARE(countPixels(offImage, whole, accent), 0);
+    // Nothing in the margin while the switch does not have the keyboard.
+    QCOMPARE(countPixels(onImage, QRectF(0, 0, on->width(), margin), isVisible), 0);
     // The white knob sits at the trailing end when on and at the leading end when off.
     const auto white = near(Qt::white, 10);
-    const QRectF leading(0, 0, MiniSwitch::kWidth / 2.0, MiniSwitch::kHeight);
-    const QRectF trailing(MiniSwitch::kWidth / 2.0, 0, MiniSwitch::kWidth / 2.0,
+    const QRectF leading(margin, margin, MiniSwitch::kWidth / 2.0, MiniSwitch::kHeight);
+    const QRectF trailing(margin + MiniSwitch::kWidth / 2.0, margin, MiniSwitch::kWidth / 2.0,
                           MiniSwitch::kHeight);
     QVERIFY(countPixels(onImage, trailing, white) > countPixels(onImage, leading, white));
     QVERIFY(countPixels(offImage, leading, white) > countPixels(offImage, trailing, white));

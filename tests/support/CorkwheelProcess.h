@@ -58,11 +58,12 @@ public:
     // `qpaPlatform` is the Qt platform plugin it is told to use; none lets it choose itself.
     // `user`, when given, is who the binary runs as instead of the test's own user (which
     // must be root then): the folders and the document become that user's, as a session's
-    // are, and the binary is started through setpriv.
+    // are, and the binary is started through setpriv. `environment` ("NAME=value") is set for
+    // the binary on top of the test's own.
     explicit CorkwheelProcess(const QList<Panel>& panels,
                               const QString& qpaPlatform = QStringLiteral("xcb"),
-                              const OtherUser* user = nullptr)
-        : m_qpaPlatform(qpaPlatform), m_user(user),
+                              const OtherUser* user = nullptr, const QStringList& environment = {})
+        : m_qpaPlatform(qpaPlatform), m_user(user), m_environment(environment),
           m_loadsWebEngine(std::any_of(panels.begin(), panels.end(), [](const Panel& panel) {
               return panel.type == PanelType::Webpage;
           })) {
@@ -189,6 +190,8 @@ private:
         }
         if (m_loadsWebEngine)
             addWebEngineEnvironment(env);
+        for (const QString& setting : m_environment)
+            env.insert(setting.section(u'=', 0, 0), setting.section(u'=', 1));
         return env;
     }
 
@@ -203,6 +206,7 @@ private:
 
     QString m_qpaPlatform;
     const OtherUser* m_user;
+    QStringList m_environment;
     bool m_loadsWebEngine;
     QTemporaryDir m_home;
     QProcess m_process;

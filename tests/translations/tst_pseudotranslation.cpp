@@ -83,9 +83,10 @@ QString describe(const QWidget* widget, const QString& text) {
         .arg(QString::fromLatin1(widget->metaObject()->className()), text, widget->objectName());
 }
 
-// Every text that `widget` shows, or shows on hover or when opened.
+// Every text that `widget` shows, or shows on hover or when opened, or that a screen reader
+// reads out for it.
 QStringList textsOf(QWidget* widget) {
-    QStringList texts{widget->toolTip()};
+    QStringList texts{widget->toolTip(), widget->accessibleName(), widget->accessibleDescription()};
     if (widget->isWindow())
         texts << widget->windowTitle();
     if (auto* label = qobject_cast<QLabel*>(widget))

@@ -6,11 +6,13 @@
 #include "tray/MenuBarView.h"
 
 #include "support/EnglishCatalogue.h"
+#include "support/MenuTesting.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/StoreFixture.h"
 #include "support/SymbolTesting.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QFile>
 #include <QLocale>
@@ -136,6 +138,38 @@ private Q_SLOTS:
         QVERIFY(!entry(view, Settings)->isCheckable());
         QVERIFY(!entry(view, Count)->isCheckable());
         QVERIFY(!entry(view, Quit)->isCheckable());
+    }
+
+    // As a screen reader reads the menu: each item by its text, the switches with their
+    // state, the count as information that cannot be chosen.
+    void screenReaderReadsEachItemWithItsState() {
+        test::StoreFixture fixture({});
+        MenuBarView view(*fixture.store);
+        fixture.store->setPanelsHidden(true);
+        QAccessibleInterface* menu = QAccessible::queryAccessibleInterface(view.menu());
+        QCOMPARE(menu->childCount(), 8);
+        for (Entry item : {Settings, HideAll, EditMode, Count, Quit}) {
+            QAccessibleInterface* child = menu->child(item);
+            QCOMPARE(child->role(), QAccessible::MenuItem);
+            QCOMPARE(child->text(QAccessible::Name), entry(view, item)->text());
+        }
+        QVERIFY(menu->child(HideAll)->state().checkable);
+        QVERIFY(menu->child(HideAll)->state().checked);
+        QVERIFY(menu->child(EditMode)->state().checkable);
+        QVERIFY(!menu->child(EditMode)->state().checked);
+        QVERIFY(menu->child(Count)->state().disabled);
+        QVERIFY(!menu->child(Quit)->state().disabled);
+        QCOMPARE(menu->child(FirstSeparator)->role(), QAccessible::Separator);
+    }
+
+    void escapeClosesTheMenu() {
+        test::StoreFixture fixture({});
+        MenuBarView view(*fixture.store);
+        test::openMenu(*view.menu());
+        QTest::keyClick(view.menu(), Qt::Key_Down);
+        QCOMPARE(view.menu()->activeAction(), entry(view, Settings));
+        QTest::keyClick(view.menu(), Qt::Key_Escape);
+        QTRY_VERIFY(!view.menu()->isVisible());
     }
 
     void quitHasTheCtrlQShortcut() {
