@@ -111,10 +111,12 @@ start_until() {
 
 stop_virtual_desktop() {
     local pid
-    # The services the bus started (settings daemons and the like) first, then the bus.
+    # A bus that forks leads a process group of its own, which the services it starts stay
+    # in (settings daemons, the accessibility bus and its registry), also once they are no
+    # longer its children: the whole group ends, else one holding the test's output open
+    # keeps CTest waiting.
     if [[ -n $VIRTUAL_DESKTOP_BUS_PID ]]; then
-        pkill -P "$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
-        kill "$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
+        kill -- "-$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
     fi
     for pid in "${VIRTUAL_DESKTOP_PIDS[@]}"; do
         kill "$pid" 2>/dev/null || true
