@@ -563,7 +563,7 @@ private Q_SLOTS:
         const QPoint titleBar = start.topLeft() + QPoint(60, kBarMiddle);
         QTRY_COMPARE_WITH_TIMEOUT(GnomeShell::windowAt(titleBar).value_or(ShellWindow()).title,
                                   m_alpha.name, kWait);
-        GnomeShell::drag(titleBar, titleBar + (moved.topLeft() - start.topLeft()));
+        QVERIFY(GnomeShell::drag(titleBar, titleBar + (moved.topLeft() - start.topLeft())));
         QTRY_COMPARE_WITH_TIMEOUT(screenGeometry(window), moved, kWait);
         QTRY_COMPARE_WITH_TIMEOUT(rectOf(m_corkwheel->savedPanels().value(0).frame), moved, kWait);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(moved)), kWait);

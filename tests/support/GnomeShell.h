@@ -192,17 +192,29 @@ public:
                  .arg(down ? QStringLiteral("true") : QStringLiteral("false")));
     }
 
-    // A press at `from`, the pointer moved in steps to `to`, and the release there.
-    static void drag(QPoint from, QPoint to) {
+    // A press at `from`, the pointer moved in steps to `to`, and the release there; false
+    // when the shell did not take a step.
+    static bool drag(QPoint from, QPoint to) {
         movePointer(from);
         press(1, true);
         constexpr int kSteps = 10;
         for (int step = 1; step <= kSteps; ++step) {
-            movePointer(from + (to - from) * step / kSteps);
-            QTest::qWait(20);
+            const QPoint at = from + (to - from) * step / kSteps;
+            movePointer(at);
+            // Each step once the shell has it, as a hand's motion comes, and the release
+            // only after the last.
+            if (!QTest::qWaitFor([at] { return pointerIsAt(at); }, kWait))
+                return false;
         }
-        QTest::qWait(100);
         press(1, false);
+        return true;
+    }
+
+    // Whether the shell has taken a move of the pointer to `at`.
+    static bool pointerIsAt(QPoint at) {
+        return isTrue(QStringLiteral("(([x, y]) => x === %1 && y === %2)(global.get_pointer())")
+                          .arg(at.x())
+                          .arg(at.y()));
     }
 
     // Presses and releases the keys (X keysyms) in order, then releases them in reverse.
