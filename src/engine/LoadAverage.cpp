@@ -30,7 +30,8 @@ std::optional<double> loadFigure(QByteArrayView text) {
         return std::nullopt;
     bool ok = false;
     const double value = text.toDouble(&ok);
-    // Hundreds of digits overflow to infinity, which is no load either.
+    // Hundreds of digits overflow, or underflow past the smallest double, and the conversion
+    // refuses them: no load either.
     return ok && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 

@@ -98,6 +98,16 @@ private Q_SLOTS:
         QCOMPARE(parseLoadAverage("12 .5 3."), std::optional(LoadAverage{12, 0.5, 3}));
     }
 
+    void loadAverageBeyondADoubleEitherWayIsNoLoad() {
+        const QByteArray huge = "1" + QByteArray(400, '0');
+        const QByteArray tiny = "0." + QByteArray(400, '0') + "1";
+        QVERIFY(!parseLoadAverage(huge + " 0.4 0.3"));
+        QVERIFY(!parseLoadAverage("0.5 " + tiny + " 0.3"));
+        const QByteArray subnormal = "0." + QByteArray(320, '0') + "1";
+        QVERIFY(parseLoadAverage("0.5 " + subnormal + " 0.3"));
+        QVERIFY(parseLoadAverage("0." + QByteArray(400, '0') + " 0.4 0.3"));
+    }
+
     void sysfsIntegers() {
         QCOMPARE(parseSysfsInteger("38850\n"), std::optional<qint64>(38850));
         QCOMPARE(parseSysfsInteger(" -273150 "), std::optional<qint64>(-273150));

@@ -15,6 +15,13 @@ bool isSeparator(char c) {
     return c == ' ' || c == '\t' || c == '\n';
 }
 
+bool hasNonZeroDigit(QByteArrayView field) {
+    for (const char c : field)
+        if (c >= '1' && c <= '9')
+            return true;
+    return false;
+}
+
 // A figure the kernel could have written: digits with at most one point among them.
 bool isFigure(QByteArrayView field) {
     int points = 0;
@@ -33,7 +40,8 @@ bool isFigure(QByteArrayView field) {
 } // namespace
 
 // Any text as /proc/loadavg. It reads exactly when its first three fields are figures of
-// digits with at most one point, finite; each is then the C library's reading of it.
+// digits with at most one point that a double holds: neither overflowing to infinity nor
+// underflowing to zero from a nonzero figure. Each is then the C library's reading of it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const QByteArrayView text = fuzz::inputText(data, size);
     QList<QByteArrayView> fields;
@@ -53,7 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (readable) {
             const std::string field(fields[i].data(), std::size_t(fields[i].size()));
             values[i] = std::strtod(field.c_str(), nullptr);
-            readable = std::isfinite(values[i]);
+            readable = std::isfinite(values[i]) && (values[i] != 0 || !hasNonZeroDigit(fields[i]));
         }
     }
     const auto load = parseLoadAverage(text);
