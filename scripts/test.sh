@@ -25,7 +25,10 @@ fi
 conditions=("$DEBIAN_CODENAME")
 if [[ "${1:-}" == "--sanitize" ]]; then
     build_dir=$(build_folder asan)
-    options+=(-DCORKWHEEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug -DCORKWHEEL_BUILD_BENCH=OFF)
+    # Every source file compiled on its own here, so that one that builds only in a batch
+    # (an include it lacks, which a file before it brought) fails somewhere.
+    options+=(-DCORKWHEEL_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug -DCORKWHEEL_BUILD_BENCH=OFF
+        -DCORKWHEEL_UNITY_BUILD=OFF)
     conditions+=(sanitize)
 fi
 

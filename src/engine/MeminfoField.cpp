@@ -8,7 +8,7 @@ namespace corkwheel {
 
 namespace {
 
-bool isBlank(char c) {
+bool isSpaceOrTab(char c) {
     return c == ' ' || c == '\t';
 }
 
@@ -26,8 +26,8 @@ std::optional<double> meminfoBytes(QByteArrayView meminfo, QByteArrayView key) {
         if (!line.startsWith(key) || line.size() == key.size() || line[key.size()] != ':')
             continue;
         const QByteArrayView rest = line.sliced(key.size() + 1);
-        const auto first = std::find_if_not(rest.begin(), rest.end(), isBlank);
-        const auto last = std::find_if(first, rest.end(), isBlank);
+        const auto first = std::find_if_not(rest.begin(), rest.end(), isSpaceOrTab);
+        const auto last = std::find_if(first, rest.end(), isSpaceOrTab);
         bool ok = false;
         const quint64 kilobytes = QByteArrayView(first, last).toULongLong(&ok);
         if (!ok)
