@@ -130,6 +130,9 @@ function(corkwheel_add_test_executable name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE corkwheel_testsupport corkwheel_options ${ARG_LIBS})
+    # The code under test is built as it ships; the test's own code is not worth optimising,
+    # which takes most of a test's build time.
+    target_compile_options(${name} PRIVATE -O0)
     target_compile_definitions(${name} PRIVATE
         CORKWHEEL_TEST_DATA_DIR="${PROJECT_SOURCE_DIR}/tests/data"
         CORKWHEEL_TEST_CATALOGUE_DIR="${CORKWHEEL_TRANSLATIONS_OUTPUT_DIR}")
