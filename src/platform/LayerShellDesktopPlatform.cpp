@@ -3,11 +3,11 @@
 #include "platform/LayerShellDesktopPlatform.h"
 
 #include "platform/LayerSurface.h"
+#include "platform/RememberedFrame.h"
 
 #include <QEvent>
 #include <QGuiApplication>
 #include <QScreen>
-#include <QVariant>
 #include <QWidget>
 #include <QWindow>
 
@@ -16,10 +16,6 @@
 namespace corkwheel {
 
 namespace {
-
-// The frame last given, in Qt's global coordinates: a Wayland client is never told where
-// its surfaces are, so Qt's own idea of a window's place is only what it was last told.
-constexpr char kFrameProperty[] = "corkwheelFrame";
 
 // The screen whose geometry is `geometry`; the main one when none is.
 QScreen* screenWithGeometry(const QRect& geometry) {
@@ -65,7 +61,7 @@ void LayerShellDesktopPlatform::setFrame(QWidget* window, const WindowPlace& pla
     LayerSurface* surface = LayerSurface::of(window);
     if (surface)
         surface->setMargins(QMargins(place.onScreen.x(), place.onScreen.y(), 0, 0));
-    window->setProperty(kFrameProperty, place.frame);
+    rememberFrame(window, place.frame);
     // Qt reckons the pointer's global positions from the place it knows for a window. While
     // a button is held, a compositor such as sway keeps giving the pointer's position
     // relative to where the surface was when the button went down, however far it moved
@@ -89,8 +85,8 @@ void LayerShellDesktopPlatform::setFrame(QWidget* window, const WindowPlace& pla
 }
 
 QRect LayerShellDesktopPlatform::frame(const QWidget* window) const {
-    const QVariant frame = window->property(kFrameProperty);
-    return frame.isValid() ? frame.toRect() : window->geometry();
+    // Qt's own idea of a window's place is only what it was last told.
+    return rememberedFrame(window).value_or(window->geometry());
 }
 
 } // namespace corkwheel

@@ -2,6 +2,7 @@
 
 #include "platform/X11DesktopPlatform.h"
 
+#include "platform/RememberedFrame.h"
 #include "platform/X11CompositorWatch.h"
 #include "platform/XcbReply.h"
 
@@ -29,9 +30,6 @@ namespace {
 constexpr char kQtWindowTypeProperty[] = "_q_xcb_wm_window_type";
 
 constexpr std::uint32_t kAllDesktops = 0xFFFFFFFF;
-
-// Where Corkwheel last placed a panel window, kept on the window itself.
-constexpr char kFrameProperty[] = "corkwheelFrame";
 
 // Calls back whenever its window is exposed, which a freshly mapped window only is once the
 // window manager has taken it in.
@@ -120,7 +118,7 @@ void X11DesktopPlatform::preparePanelWindow(QWidget* window) {
 }
 
 void X11DesktopPlatform::setFrame(QWidget* window, const WindowPlace& place) {
-    window->setProperty(kFrameProperty, place.frame);
+    rememberFrame(window, place.frame);
     QtDesktopPlatform::setFrame(window, place);
 }
 
@@ -128,9 +126,9 @@ void X11DesktopPlatform::setFrame(QWidget* window, const WindowPlace& place) {
 // wholly onto one monitor, so a panel lying across two would not be where it was put. Asked
 // again once the window is shown, they leave it where it is asked to be.
 void X11DesktopPlatform::keepAtFrame(QWidget* window) {
-    const QRect frame = window->property(kFrameProperty).toRect();
-    if (frame.isValid() && window->geometry() != frame)
-        window->setGeometry(frame);
+    const std::optional<QRect> frame = rememberedFrame(window);
+    if (frame && frame->isValid() && window->geometry() != *frame)
+        window->setGeometry(*frame);
 }
 
 void X11DesktopPlatform::setPinned(QWidget* window, bool pinned) {
