@@ -1,21 +1,20 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 
-# A Debian 13 root file system, made with debootstrap and kept between runs, in which
-# in-debian13.sh runs commands with chroot: the suite proves on Debian 13 (its Qt, compiler
-# and window managers) what it proves on the Debian 12 machine that runs it.
+# A Debian root file system, made with debootstrap and kept between runs, in which commands
+# run with chroot: in-debian13.sh proves on Debian 13 (its Qt, compiler and window managers)
+# what the suite proves on the Debian 12 machine that runs it, and bench/first_build.sh
+# times a first build on a Debian 12 machine that has nothing installed yet.
 #
-#   CORKWHEEL_DEBIAN13_ROOT   where the root is kept
-#                             (default: ${XDG_CACHE_HOME:-$HOME/.cache}/corkwheel/debian13-root)
+# The caller sets DEBIAN_ROOT_SUITE (the release's code name) and DEBIAN_ROOT (where the
+# root is kept);
 #   CORKWHEEL_DEBIAN_MIRROR   the Debian archive to make it from (default: deb.debian.org)
 #
-# Everything here needs root: in-debian13.sh runs as root (through sudo when it must).
+# Everything here needs root: the callers run as root (through sudo when they must).
 
-DEBIAN13_SUITE=trixie
-DEBIAN13_MIRROR=${CORKWHEEL_DEBIAN_MIRROR:-http://deb.debian.org/debian}
-DEBIAN13_ROOT=${CORKWHEEL_DEBIAN13_ROOT:-${XDG_CACHE_HOME:-$HOME/.cache}/corkwheel/debian13-root}
+DEBIAN_MIRROR=${CORKWHEEL_DEBIAN_MIRROR:-http://deb.debian.org/debian}
 # Written last, once the root is complete: a root without it is what an interrupted
 # debootstrap left, and is made again.
-DEBIAN13_COMPLETE_MARKER=.corkwheel-root-complete
+DEBIAN_ROOT_COMPLETE_MARKER=.corkwheel-root-complete
 
 # The mount points below a folder, deepest first, so they can be unmounted in order.
 # A folder sorts before everything below it, so the reverse order puts children first.
@@ -36,9 +35,9 @@ unmount_below() {
 }
 
 # Makes the root unless a complete one is there already.
-make_debian13_root() {
-    local dir=$DEBIAN13_ROOT
-    [[ -f "$dir/$DEBIAN13_COMPLETE_MARKER" ]] && return 0
+make_debian_root() {
+    local dir=$DEBIAN_ROOT
+    [[ -f "$dir/$DEBIAN_ROOT_COMPLETE_MARKER" ]] && return 0
     if [[ -e $dir ]]; then
         # rm -rf would delete the repository through a bind mount left there, so nothing
         # may be mounted below the root any more.
@@ -47,31 +46,31 @@ make_debian13_root() {
             echo "Still mounted below $dir; not removing it" >&2
             return 1
         fi
-        echo "Removing the incomplete Debian 13 root in $dir"
+        echo "Removing the incomplete Debian $DEBIAN_ROOT_SUITE root in $dir"
         rm -rf --one-file-system "$dir"
     fi
     mkdir -p "$dir"
     local started=$SECONDS
-    echo "Making a Debian 13 root in $dir from $DEBIAN13_MIRROR"
-    debootstrap --variant=minbase "$DEBIAN13_SUITE" "$dir" "$DEBIAN13_MIRROR"
+    echo "Making a Debian $DEBIAN_ROOT_SUITE root in $dir from $DEBIAN_MIRROR"
+    debootstrap --variant=minbase "$DEBIAN_ROOT_SUITE" "$dir" "$DEBIAN_MIRROR"
 
-    # The updates a Debian 13 machine gets, from the same archive (and its security archive,
-    # next to it on Debian's mirrors).
+    # The updates a Debian machine of that release gets, from the same archive (and its
+    # security archive, next to it on Debian's mirrors).
     rm -f "$dir/etc/apt/sources.list"
     local sources="$dir/etc/apt/sources.list.d/debian.sources"
     cat >"$sources" <<EOF
 Types: deb
-URIs: $DEBIAN13_MIRROR
-Suites: $DEBIAN13_SUITE $DEBIAN13_SUITE-updates
+URIs: $DEBIAN_MIRROR
+Suites: $DEBIAN_ROOT_SUITE $DEBIAN_ROOT_SUITE-updates
 Components: main
 Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg
 EOF
-    if [[ $DEBIAN13_MIRROR == */debian ]]; then
+    if [[ $DEBIAN_MIRROR == */debian ]]; then
         cat >>"$sources" <<EOF
 
 Types: deb
-URIs: $DEBIAN13_MIRROR-security
-Suites: $DEBIAN13_SUITE-security
+URIs: $DEBIAN_MIRROR-security
+Suites: $DEBIAN_ROOT_SUITE-security
 Components: main
 Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg
 EOF
@@ -84,14 +83,14 @@ EOF
     printf '#!/bin/sh\nexit 101\n' >"$dir/usr/sbin/policy-rc.d"
     chmod 755 "$dir/usr/sbin/policy-rc.d"
 
-    touch "$dir/$DEBIAN13_COMPLETE_MARKER"
-    echo "Made the Debian 13 root in $((SECONDS - started)) s"
+    touch "$dir/$DEBIAN_ROOT_COMPLETE_MARKER"
+    echo "Made the Debian $DEBIAN_ROOT_SUITE root in $((SECONDS - started)) s"
 }
 
-# mount_debian13_root <repository>: the kernel's file systems, a fresh /tmp and the
+# mount_debian_root <repository>: the kernel's file systems, a fresh /tmp and the
 # repository at its own path, so paths in a build made inside match those outside.
-mount_debian13_root() {
-    local dir=$DEBIAN13_ROOT repo=$1
+mount_debian_root() {
+    local dir=$DEBIAN_ROOT repo=$1
     mount -t proc proc "$dir/proc"
     bind_privately /sys "$dir/sys"
     bind_privately /dev "$dir/dev"
@@ -115,9 +114,9 @@ bind_privately() {
 
 # Ends what the command left running in the root (a display server or a session bus a test
 # did not stop), so that nothing keeps using the file systems about to be unmounted.
-stop_processes_in_debian13_root() {
+stop_processes_in_debian_root() {
     local dir proc pids=()
-    dir=$(readlink -f "$DEBIAN13_ROOT")
+    dir=$(readlink -f "$DEBIAN_ROOT")
     for proc in /proc/[0-9]*; do
         [[ $(readlink "$proc/root" 2>/dev/null) == "$dir" ]] && pids+=("${proc#/proc/}")
     done
@@ -136,15 +135,15 @@ stop_processes_in_debian13_root() {
     kill -KILL "${alive[@]}" 2>/dev/null || true
 }
 
-unmount_debian13_root() {
-    stop_processes_in_debian13_root
-    unmount_below "$DEBIAN13_ROOT"
+unmount_debian_root() {
+    stop_processes_in_debian_root
+    unmount_below "$DEBIAN_ROOT"
 }
 
-# run_in_debian13_root <folder> <command...>: runs the command as root in the folder inside
+# run_in_debian_root <folder> <command...>: runs the command as root in the folder inside
 # the root, with a clean environment: nothing of the caller's PATH (tools in /usr/local or a
-# home folder) or build settings leaks in, as on a fresh Debian 13 machine.
-run_in_debian13_root() {
+# home folder) or build settings leaks in, as on a fresh Debian machine.
+run_in_debian_root() {
     local folder=$1
     shift
     local environment=(PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C.UTF-8
@@ -154,6 +153,6 @@ run_in_debian13_root() {
         [[ -n ${!variable:-} ]] && environment+=("$variable=${!variable}")
     done
     # shellcheck disable=SC2016 # expanded by the shell inside the root
-    env -i "${environment[@]}" chroot "$DEBIAN13_ROOT" /bin/sh -c 'cd "$0" && exec "$@"' \
+    env -i "${environment[@]}" chroot "$DEBIAN_ROOT" /bin/sh -c 'cd "$0" && exec "$@"' \
         "$folder" "$@"
 }
