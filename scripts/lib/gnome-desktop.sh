@@ -23,6 +23,8 @@
 # run_as_gnome_user runs) belongs to an unprivileged user made for it, whose home is a folder
 # of the session's own, with the ~/Desktop folder that the desktop icons show.
 
+source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
+
 GNOME_DESKTOP_USER=corkwheel-gnome
 GNOME_DESKTOP_WIDTH=1280
 GNOME_DESKTOP_HEIGHT=800
@@ -164,10 +166,7 @@ start_gnome_bus() {
 }
 
 stop_gnome_desktop() {
-    if [[ -n $GNOME_DESKTOP_PID ]] && kill -0 "$GNOME_DESKTOP_PID" 2>/dev/null; then
-        kill "$GNOME_DESKTOP_PID" 2>/dev/null || true
-        wait "$GNOME_DESKTOP_PID" 2>/dev/null || true
-    fi
+    [[ -z $GNOME_DESKTOP_PID ]] || stop_and_reap "$GNOME_DESKTOP_PID"
     GNOME_DESKTOP_PID=
     local pid
     # A bus that forks leads a process group of its own, which the programs it started (the

@@ -27,7 +27,7 @@
 # run_as_kwin_user runs) belongs to an unprivileged user made for it, whose home is a folder
 # of the session's own.
 
-source "$(dirname "${BASH_SOURCE[0]}")/process-start.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
 
 KWIN_DESKTOP_USER=corkwheel-kwin
 KWIN_DESKTOP_WIDTH=1280
@@ -130,13 +130,9 @@ start_kwin_desktop() {
 }
 
 stop_kwin_desktop() {
-    local pid
-    for pid in "$KWIN_DESKTOP_SHELL_PID" "$KWIN_DESKTOP_PID"; do
-        if [[ -n $pid ]] && kill -0 "$pid" 2>/dev/null; then
-            kill "$pid" 2>/dev/null || true
-            wait "$pid" 2>/dev/null || true
-        fi
-    done
+    # The shell first: it is KWin's client.
+    [[ -z $KWIN_DESKTOP_SHELL_PID ]] || stop_and_reap "$KWIN_DESKTOP_SHELL_PID"
+    [[ -z $KWIN_DESKTOP_PID ]] || stop_and_reap "$KWIN_DESKTOP_PID"
     KWIN_DESKTOP_SHELL_PID=
     KWIN_DESKTOP_PID=
     # A bus that forks leads a process group of its own, which the programs it started stay in.

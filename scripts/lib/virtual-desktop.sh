@@ -14,6 +14,8 @@
 # A session named is a desktop of its own and gets a session bus of its own, as a desktop
 # has; the default one, which the suite shares and the benchmarks measure, has none.
 
+source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
+
 VIRTUAL_DESKTOP_PIDS=()
 VIRTUAL_DESKTOP_BUS_PID=
 
@@ -110,7 +112,6 @@ start_until() {
 }
 
 stop_virtual_desktop() {
-    local pid
     # A bus that forks leads a process group of its own, which the services it starts stay
     # in (settings daemons, the accessibility bus and its registry), also once they are no
     # longer its children: the whole group ends, else one holding the test's output open
@@ -118,8 +119,7 @@ stop_virtual_desktop() {
     if [[ -n $VIRTUAL_DESKTOP_BUS_PID ]]; then
         kill -- "-$VIRTUAL_DESKTOP_BUS_PID" 2>/dev/null || true
     fi
-    for pid in "${VIRTUAL_DESKTOP_PIDS[@]}"; do
-        kill "$pid" 2>/dev/null || true
-    done
-    wait 2>/dev/null || true
+    VIRTUAL_DESKTOP_BUS_PID=
+    [[ ${#VIRTUAL_DESKTOP_PIDS[@]} -eq 0 ]] || stop_and_reap "${VIRTUAL_DESKTOP_PIDS[@]}"
+    VIRTUAL_DESKTOP_PIDS=()
 }

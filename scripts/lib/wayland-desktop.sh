@@ -11,7 +11,7 @@
 # XWayland. sway refuses to run as root, so when root asks it runs as an unprivileged user
 # made for it.
 
-source "$(dirname "${BASH_SOURCE[0]}")/process-start.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
 
 WAYLAND_DESKTOP_USER=corkwheel-sway
 WAYLAND_DESKTOP_WIDTH=1280
@@ -58,10 +58,7 @@ CONFIG
 }
 
 stop_wayland_desktop() {
-    if [[ -n $WAYLAND_DESKTOP_PID ]] && kill -0 "$WAYLAND_DESKTOP_PID" 2>/dev/null; then
-        kill "$WAYLAND_DESKTOP_PID" 2>/dev/null || true
-        wait "$WAYLAND_DESKTOP_PID" 2>/dev/null || true
-    fi
+    [[ -z $WAYLAND_DESKTOP_PID ]] || stop_and_reap "$WAYLAND_DESKTOP_PID"
     WAYLAND_DESKTOP_PID=
     [[ -z $WAYLAND_DESKTOP_STATE ]] || rm -rf "$WAYLAND_DESKTOP_STATE"
     WAYLAND_DESKTOP_STATE=
