@@ -44,7 +44,9 @@ stop_and_reap() {
 # a zombie, which kill -0 still finds.
 running() {
     local stat
-    { stat=$(<"/proc/$1/stat"); } 2>/dev/null || return 1
+    # read, not $(<file): under set -e, bash 5.2 ends the script when that cannot open the
+    # file, even where a failure is handled.
+    { read -r stat <"/proc/$1/stat"; } 2>/dev/null || return 1
     # The state follows the parenthesised command name, which may hold spaces.
     stat=${stat##*) }
     [[ ${stat:0:1} != Z ]]

@@ -3,7 +3,9 @@
 
 # stop_and_reap, with which the session scripts end the desktop programs they started: one
 # that ends when asked, and one that ignores the request, are both gone when it returns.
-set -uo pipefail
+# -e as the session scripts have it, under which a helper that fails on a process that has
+# just ended would end this script too.
+set -euo pipefail
 repo=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 source "$repo/scripts/lib/background-process.sh"
 source "$repo/tests/scripts/lib/verdicts.sh"
