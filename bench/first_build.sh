@@ -69,7 +69,8 @@ timed_case() {
     local seconds
     seconds=$(awk -v a="$started" -v b="$EPOCHREALTIME" 'BEGIN { printf "%.0f", b - a }')
     local installed
-    installed=$(grep -o '[0-9]* newly installed' "$log" | awk '{ n += $1 } END { print n + 0 }')
+    installed=$(sed -n 's/.*, \([0-9]*\) newly installed.*/\1/p' "$log" |
+        awk '{ n += $1 } END { print n + 0 }')
     printf '%-32s %s after %s s, %s packages installed\n' "$label" "$outcome" "$seconds" \
         "$installed"
     unmount_debian_root
