@@ -6,6 +6,7 @@
 // signals that end it.
 
 #include "support/CommandLineRun.h"
+#include "support/DisplayTestMain.h"
 #include "support/EditorOnDisplay.h"
 #include "support/OtherUser.h"
 #include "support/PanelFixtures.h"
@@ -344,13 +345,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY");
-    if (!hasDisplay)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    CommandLineEndToEndTest test(hasDisplay);
-    return QTest::qExec(&test, argc, argv);
-}
+CORKWHEEL_DISPLAY_TEST_MAIN(CommandLineEndToEndTest)
 
 #include "tst_commandline_e2e.moc"

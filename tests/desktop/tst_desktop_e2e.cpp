@@ -9,6 +9,7 @@
 // screen's pixels, what the pointer is over, and what the window manager reports.
 
 #include "support/Contrast.h"
+#include "support/DisplayTestMain.h"
 #include "support/EditorOnDisplay.h"
 #include "support/InProcessDesktop.h"
 #include "support/PanelFixtures.h"
@@ -641,13 +642,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY");
-    if (!hasDisplay)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    DesktopEndToEndTest test(hasDisplay);
-    return QTest::qExec(&test, argc, argv);
-}
+CORKWHEEL_DISPLAY_TEST_MAIN(DesktopEndToEndTest)
 
 #include "tst_desktop_e2e.moc"

@@ -8,6 +8,7 @@
 
 #include "support/AccessibilityBus.h"
 #include "support/CorkwheelProcess.h"
+#include "support/DisplayTestMain.h"
 #include "support/EditorOnDisplay.h"
 #include "support/PrivateConfigHome.h"
 
@@ -82,15 +83,8 @@ private:
         if (!client.waitForStarted(kWait))
             return run;
         // It takes its time on the bus; the test's own window events go on meanwhile.
-        QElapsedTimer timer;
-        timer.start();
-        while (client.state() != QProcess::NotRunning && timer.elapsed() < 180000)
-            QTest::qWait(20);
-        if (client.state() != QProcess::NotRunning) {
-            client.kill();
-            client.waitForFinished(kWait);
+        if (!finishWithin(client, 180000))
             run.report = QStringLiteral("the client did not finish in time\n");
-        }
         run.report += QString::fromUtf8(client.readAll());
         if (client.exitStatus() == QProcess::NormalExit)
             run.exitCode = client.exitCode();
@@ -181,13 +175,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY");
-    if (!hasDisplay)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    AccessibilityEndToEndTest test(hasDisplay);
-    return QTest::qExec(&test, argc, argv);
-}
+CORKWHEEL_DISPLAY_TEST_MAIN(AccessibilityEndToEndTest)
 
 #include "tst_accessibility_e2e.moc"

@@ -4,6 +4,7 @@
 // compositor (scripts/test.sh starts Xvfb, openbox and picom), driven with xdotool as a
 // user drives it.
 
+#include "support/DisplayTestMain.h"
 #include "support/EditorOnDisplay.h"
 #include "support/PrivateConfigHome.h"
 #include "support/StoreFixture.h"
@@ -314,13 +315,6 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char* argv[]) {
-    const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY");
-    if (!hasDisplay)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    EditorEndToEndTest test(hasDisplay);
-    return QTest::qExec(&test, argc, argv);
-}
+CORKWHEEL_DISPLAY_TEST_MAIN(EditorEndToEndTest)
 
 #include "tst_editor_e2e.moc"

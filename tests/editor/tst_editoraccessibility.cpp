@@ -6,6 +6,7 @@
 // range. Read in process, through the interfaces the screen reader bridge reads.
 
 #include "support/EditorFixture.h"
+#include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/SidebarHarness.h"
 
@@ -148,11 +149,7 @@ private Q_SLOTS:
     void initTestCase() { QVERIFY(m_configHome.use()); }
     void cleanup() { m_editor.close(); }
 
-    void everyControlHasANameAndARole_data() {
-        QTest::addColumn<PanelType>("type");
-        for (PanelType type : allPanelTypes())
-            QTest::newRow(qPrintable(rawValue(type))) << type;
-    }
+    void everyControlHasANameAndARole_data() { addRowPerPanelType(); }
 
     void everyControlHasANameAndARole() {
         QFETCH(PanelType, type);

@@ -6,6 +6,7 @@
 // has the keyboard. On the offscreen platform, with the keys sent where the keyboard's go.
 
 #include "support/EditorFixture.h"
+#include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/SidebarHarness.h"
 #include "support/ViewTesting.h"
@@ -138,11 +139,7 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), panelListOf(m_editor.view().sidebar()));
     }
 
-    void tabReachesEveryControlInTheOrderShown_data() {
-        QTest::addColumn<PanelType>("type");
-        for (PanelType type : allPanelTypes())
-            QTest::newRow(qPrintable(rawValue(type))) << type;
-    }
+    void tabReachesEveryControlInTheOrderShown_data() { addRowPerPanelType(); }
 
     // From the list: the rows' switches and "Add Panel" below it, the inspector's controls
     // top to bottom, then the toolbar's buttons, and round to the list again.

@@ -5,7 +5,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -97,11 +96,7 @@ public:
             return true;
         for (const int signal : {SIGTERM, SIGKILL}) {
             ::kill(-m_group, signal);
-            QElapsedTimer timer;
-            timer.start();
-            while (!running().isEmpty() && timer.elapsed() < kWaitMs)
-                QTest::qWait(20);
-            if (running().isEmpty())
+            if (QTest::qWaitFor([this] { return running().isEmpty(); }, kWaitMs))
                 break;
         }
         m_launcher.waitForFinished(kWaitMs);
@@ -132,19 +127,22 @@ private:
         QString address;
         {
             QDBusConnection bus = QDBusConnection::connectToBus(m_sessionAddress, name);
-            QElapsedTimer timer;
-            timer.start();
-            while (address.isEmpty() && bus.isConnected() && timer.elapsed() < kWaitMs) {
-                const QDBusMessage reply =
-                    bus.call(QDBusMessage::createMethodCall(
-                                 QStringLiteral("org.a11y.Bus"), QStringLiteral("/org/a11y/bus"),
-                                 QStringLiteral("org.a11y.Bus"), QStringLiteral("GetAddress")),
-                             QDBus::Block, 1000);
-                if (reply.type() == QDBusMessage::ReplyMessage)
-                    address = reply.arguments().value(0).toString();
-                else
-                    QTest::qWait(50);
-            }
+            // The address, empty when none came in time, is the answer.
+            static_cast<void>(QTest::qWaitFor(
+                [&] {
+                    if (!bus.isConnected())
+                        return true;
+                    const QDBusMessage reply =
+                        bus.call(QDBusMessage::createMethodCall(QStringLiteral("org.a11y.Bus"),
+                                                                QStringLiteral("/org/a11y/bus"),
+                                                                QStringLiteral("org.a11y.Bus"),
+                                                                QStringLiteral("GetAddress")),
+                                 QDBus::Block, 1000);
+                    if (reply.type() == QDBusMessage::ReplyMessage)
+                        address = reply.arguments().value(0).toString();
+                    return !address.isEmpty();
+                },
+                kWaitMs));
         }
         QDBusConnection::disconnectFromBus(name);
         return address;

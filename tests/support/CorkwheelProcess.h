@@ -11,7 +11,6 @@
 #include "model/PanelDocument.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QProcessEnvironment>
@@ -34,20 +33,24 @@ inline QString missingTool(const QStringList& tools) {
     return {};
 }
 
+// Waits for a started process to end while this process keeps handling its own window
+// events (the tool may be waiting on them); one still running after `ms` is killed. True
+// when it ended by itself.
+inline bool finishWithin(QProcess& process, int ms) {
+    if (QTest::qWaitFor([&] { return process.state() == QProcess::NotRunning; }, ms))
+        return true;
+    process.kill();
+    process.waitForFinished(kWait);
+    return false;
+}
+
 // Runs a tool to the end while this process keeps handling its own window events.
 inline QString run(const QString& program, const QStringList& arguments) {
     QProcess process;
     process.start(program, arguments);
     if (!process.waitForStarted(kWait))
         return {};
-    QElapsedTimer timer;
-    timer.start();
-    while (process.state() != QProcess::NotRunning && timer.elapsed() < 20000)
-        QTest::qWait(10);
-    if (process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished(kWait);
-    }
+    finishWithin(process, 20000);
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 

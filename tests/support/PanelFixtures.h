@@ -11,6 +11,7 @@
 #include "engine/RunnerServices.h"
 #include "model/Clock.h"
 #include "model/Panel.h"
+#include "model/PanelType.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -28,6 +29,13 @@ inline char* toString(const PanelFrame& frame) {
 } // namespace corkwheel
 
 namespace corkwheel::test {
+
+// One row of a data-driven test per panel type, in a column named "type".
+inline void addRowPerPanelType() {
+    QTest::addColumn<PanelType>("type");
+    for (PanelType type : allPanelTypes())
+        QTest::newRow(qPrintable(rawValue(type))) << type;
+}
 
 // Text panels read nothing but the clock, so the runners of these tests touch neither the
 // machine's statistics nor a shell.

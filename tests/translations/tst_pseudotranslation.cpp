@@ -230,11 +230,7 @@ private Q_SLOTS:
         QVERIFY(QCoreApplication::installTranslator(&m_pseudo));
     }
 
-    void editorOnEveryPanelType_data() {
-        QTest::addColumn<PanelType>("type");
-        for (PanelType type : allPanelTypes())
-            QTest::newRow(qPrintable(rawValue(type))) << type;
-    }
+    void editorOnEveryPanelType_data() { addRowPerPanelType(); }
 
     void editorOnEveryPanelType() {
         QFETCH(PanelType, type);
