@@ -201,19 +201,21 @@ private:
             .contains(QRegularExpression(QStringLiteral("^kwin\\S* 6\\.")));
     }
 
-    // Opens an ordinary window over `panel`, kept until the test ends (or the next one is
-    // opened), and checks that it hides the panel.
-    // What `read` reads off the screen once the drawing has settled: two reads in a row
-    // alike, or the last read when it does not settle.
+    // What `read` reads off the screen once the drawing has settled: reads alike for a
+    // stretch longer than a compositor's frame under load, or the last read when it does not
+    // settle.
     template <typename Read> static auto onceSettled(Read read) {
+        constexpr int kSettled = 300;
         auto last = read();
         QElapsedTimer timer;
         timer.start();
-        while (timer.elapsed() < kWait) {
+        QElapsedTimer unchanged;
+        unchanged.start();
+        while (timer.elapsed() < kWait && unchanged.elapsed() < kSettled) {
             QTest::qWait(50);
             auto now = read();
-            if (now == last)
-                break;
+            if (now != last)
+                unchanged.restart();
             last = std::move(now);
         }
         return last;
@@ -228,6 +230,8 @@ private:
         return std::make_unique<DesktopStandIn>();
     }
 
+    // Opens an ordinary window over `panel`, kept until the test ends (or the next one is
+    // opened), and checks that it hides the panel.
     void openWindowOver(const QRect& panel) {
         m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"),
                                                       panel.adjusted(-40, -40, 40, 40));
@@ -600,7 +604,10 @@ private Q_SLOTS:
         Panel clear = m_alpha;
         clear.style.opacity = 0;
         store().update(clear);
-        QTRY_VERIFY_WITH_TIMEOUT(isColor(screenPixel(sample), desktop), kWait);
+        QTRY_VERIFY2_WITH_TIMEOUT(isColor(screenPixel(sample), desktop),
+                                  qPrintable(QStringLiteral("%1 is not the desktop's %2")
+                                                 .arg(screenPixel(sample).name(), desktop.name())),
+                                  kWait);
         QVERIFY(isViewable(alpha));
         QCOMPARE(screenGeometry(alpha), rectOf(m_alpha.frame));
 

@@ -283,7 +283,7 @@ private Q_SLOTS:
         QTRY_VERIFY(opened);
         QTRY_VERIFY(!QApplication::activePopupWidget());
         QCOMPARE(m_editor.store().panels().size(), 1);
-        QCOMPARE(QApplication::focusWidget(), addButtonOf(m_editor.view().sidebar()));
+        QTRY_COMPARE(QApplication::focusWidget(), addButtonOf(m_editor.view().sidebar()));
     }
 
     void returnOnAColorWellOpensItsDialogAndEscapeClosesIt() {

@@ -19,6 +19,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <functional>
 #include <memory>
@@ -46,14 +47,22 @@ inline MiniSwitch* switchOf(PanelRow* row) {
     return row->findChild<MiniSwitch*>(QStringLiteral("enabledSwitch"));
 }
 
-// Runs `act` on the popup menu as soon as one is open, then closes it, so that code that
+// The popup menu open and on screen, or null. A menu acted on before it is on screen gets
+// the offscreen platform's late activation after it closes, which takes the keyboard from
+// the window that opened it.
+inline QMenu* shownPopupMenu() {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    return menu && menu->windowHandle() && menu->windowHandle()->isExposed() ? menu : nullptr;
+}
+
+// Runs `act` on the popup menu as soon as one is shown, then closes it, so that code that
 // opens a menu and waits for the user's choice carries on. Gives up after a few seconds.
 inline void onPopup(const std::function<void(QMenu&)>& act) {
     auto* poll = new QTimer;
     poll->setInterval(10);
     auto attempts = std::make_shared<int>(0);
     QObject::connect(poll, &QTimer::timeout, [poll, attempts, act] {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QMenu* menu = shownPopupMenu();
         if (!menu && ++*attempts < 500)
             return;
         poll->stop();
