@@ -12,6 +12,7 @@
 #include "support/DisplayTestMain.h"
 #include "support/EditorOnDisplay.h"
 #include "support/InProcessDesktop.h"
+#include "support/OrdinaryWindow.h"
 #include "support/PanelFixtures.h"
 #include "support/PrivateConfigHome.h"
 #include "support/ScreenPanels.h"
@@ -61,20 +62,6 @@ bool isDesktopWindow(WId window) {
     }
     return false;
 }
-
-// An application's window, filled with one colour.
-class OrdinaryWindow : public QWidget {
-public:
-    OrdinaryWindow(const QString& title, const QRect& geometry) {
-        setWindowTitle(title);
-        setAutoFillBackground(true);
-        QPalette filled = palette();
-        filled.setColor(QPalette::Window, kWindowColor);
-        setPalette(filled);
-        setGeometry(geometry);
-        show();
-    }
-};
 
 // Where the desktop behind a clear panel shows 4-pixel black and white stripes, then white,
 // then black, in the screen's columns.
@@ -233,8 +220,8 @@ private:
     // Opens an ordinary window over `panel`, kept until the test ends (or the next one is
     // opened), and checks that it hides the panel.
     void openWindowOver(const QRect& panel) {
-        m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"),
-                                                      panel.adjusted(-40, -40, 40, 40));
+        m_ordinary =
+            std::make_unique<OrdinaryWindow>(kOrdinaryTitle, panel.adjusted(-40, -40, 40, 40));
         QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
         QTRY_VERIFY_WITH_TIMEOUT(screenGeometry(m_ordinary->winId()).contains(sampleOf(panel)),
                                  kWait);
@@ -486,7 +473,7 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
         const QRect rightHalf(panel.center().x(), panel.top() - 40, panel.width(),
                               panel.height() + 80);
-        m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"), rightHalf);
+        m_ordinary = std::make_unique<OrdinaryWindow>(kOrdinaryTitle, rightHalf);
         QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
         const QPoint covered = sampleOf(panel);
         const QPoint uncovered(panel.left() + panel.width() / 4, covered.y());

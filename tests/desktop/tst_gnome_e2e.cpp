@@ -15,6 +15,7 @@
 
 #include "support/EditorOnDisplay.h"
 #include "support/GnomeShell.h"
+#include "support/OrdinaryWindow.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
 #include "support/XDisplayTools.h"
@@ -66,26 +67,6 @@ bool panelIsSeenAt(QPoint at) {
 bool windowIsSeenAt(QPoint at) {
     return isColor(GnomeShell::pixel(at), kWindowColor);
 }
-
-// An application's X11 window, filled with one colour, that keeps the presses it receives.
-class OrdinaryWindow : public QWidget {
-public:
-    OrdinaryWindow(const QString& title, const QRect& geometry) {
-        setWindowTitle(title);
-        setAutoFillBackground(true);
-        QPalette filled = palette();
-        filled.setColor(QPalette::Window, kWindowColor);
-        setPalette(filled);
-        setGeometry(geometry);
-    }
-
-    QList<QPoint> presses;
-
-protected:
-    void mousePressEvent(QMouseEvent* event) override {
-        presses.append(event->globalPosition().toPoint());
-    }
-};
 
 // A native Wayland window, maximised: this executable run with --wayland-window.
 class WaylandWindow {
@@ -239,9 +220,8 @@ private:
     // Opens an ordinary X11 window around `panel`, kept until the test ends, and checks that
     // it hides the panel.
     void openWindowOver(const QRect& panel) {
-        m_ordinary = std::make_unique<OrdinaryWindow>(QStringLiteral("E2E Ordinary"),
-                                                      panel.adjusted(-40, -40, 40, 40));
-        m_ordinary->show();
+        m_ordinary =
+            std::make_unique<OrdinaryWindow>(kOrdinaryTitle, panel.adjusted(-40, -40, 40, 40));
         QVERIFY(QTest::qWaitForWindowExposed(m_ordinary.get()));
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(panel)), kWait);
     }
@@ -392,7 +372,6 @@ private Q_SLOTS:
         // An ordinary window stays on the first workspace, and is seen to go with it.
         const QRect leftBehind(700, 300, 300, 200);
         OrdinaryWindow left(QStringLiteral("E2E Left Behind"), leftBehind);
-        left.show();
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(leftBehind.center()), kWait);
         QVERIFY(showWorkspace(1));
         QTRY_VERIFY_WITH_TIMEOUT(!windowIsSeenAt(leftBehind.center()), kWait);
@@ -410,9 +389,8 @@ private Q_SLOTS:
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(panel)), kWait);
         const QRect uncoveredHalf(panel.topLeft(), QSize(panel.width() / 2, panel.height()));
         m_ordinary = std::make_unique<OrdinaryWindow>(
-            QStringLiteral("E2E Ordinary"),
+            kOrdinaryTitle,
             QRect(panel.center().x(), panel.top() - 40, panel.width(), panel.height() + 80));
-        m_ordinary->show();
         const QPoint covered = sampleOf(panel);
         const QPoint uncovered(uncoveredHalf.center().x(), covered.y());
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(covered), kWait);
@@ -484,7 +462,6 @@ private Q_SLOTS:
         QVERIFY(panel);
         QVERIFY(panel->isSkippedByTaskbar);
         OrdinaryWindow x11(QStringLiteral("E2E X11"), {700, 100, 300, 200});
-        x11.show();
         const WaylandWindow wayland;
         QTRY_VERIFY_WITH_TIMEOUT(wayland.isShown(), kWait);
         const auto titles = [] {
@@ -553,8 +530,7 @@ private Q_SLOTS:
         const QRect start = rectOf(m_alpha.frame);
         const QRect moved = start.translated(40, 300);
         m_ordinary = std::make_unique<OrdinaryWindow>(
-            QStringLiteral("E2E Ordinary"), start.united(moved).adjusted(-40, -40, 40, 40));
-        m_ordinary->show();
+            kOrdinaryTitle, start.united(moved).adjusted(-40, -40, 40, 40));
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(start)), kWait);
 
         chooseInTray(QStringLiteral("Edit Mode"));
@@ -586,9 +562,8 @@ private Q_SLOTS:
         QVERIFY(window);
         const QRect panel = rectOf(m_alpha.frame);
         m_ordinary = std::make_unique<OrdinaryWindow>(
-            QStringLiteral("E2E Ordinary"),
+            kOrdinaryTitle,
             QRect(panel.center().x(), panel.top() - 40, panel.width(), panel.height() + 80));
-        m_ordinary->show();
         const QPoint covered = sampleOf(panel);
         const QPoint uncovered(panel.left() + panel.width() / 4, covered.y());
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(covered), kWait);

@@ -10,6 +10,7 @@
 #include "support/Contrast.h"
 #include "support/CorkwheelProcess.h"
 #include "support/InProcessDesktop.h"
+#include "support/OrdinaryWindow.h"
 #include "support/PanelFixtures.h"
 #include "support/ScreenPanels.h"
 #include "support/ScreenPixels.h"
@@ -46,27 +47,6 @@ bool windowIsSeenAt(QPoint at) {
 void swaymsg(const QStringList& arguments) {
     run(QStringLiteral("swaymsg"), arguments);
 }
-
-// An application's window, filled with one colour, which sway tiles over the whole output,
-// or floats in its middle when the window's size is fixed; it keeps the presses it receives.
-class OrdinaryWindow : public QWidget {
-public:
-    explicit OrdinaryWindow(QSize fixedSize = {}) {
-        if (fixedSize.isValid())
-            setFixedSize(fixedSize);
-        setWindowTitle(QStringLiteral("E2E Ordinary"));
-        setAutoFillBackground(true);
-        QPalette filled = palette();
-        filled.setColor(QPalette::Window, kWindowColor);
-        setPalette(filled);
-        show();
-    }
-
-    int presses = 0;
-
-protected:
-    void mousePressEvent(QMouseEvent*) override { ++presses; }
-};
 
 // The output's size (scripts/lib/wayland-desktop.sh).
 constexpr QSize kOutputSize(1280, 800);
@@ -211,13 +191,13 @@ private Q_SLOTS:
         const QRect moved = start.translated(40, 300);
         QTRY_VERIFY_WITH_TIMEOUT(panelIsSeenAt(sampleOf(moved)), kWait);
         QTRY_COMPARE_WITH_TIMEOUT(rectOf(savedFrame(m_alpha)), moved, kWait);
-        QCOMPARE(m_ordinary->presses, 0);
+        QVERIFY(m_ordinary->presses.isEmpty());
 
         // Back below the window, which now gets the pointer over the panel.
         store().setEditMode(false);
         QTRY_VERIFY_WITH_TIMEOUT(windowIsSeenAt(sampleOf(moved)), kWait);
         m_pointer.click(sampleOf(moved));
-        QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses, 1, kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(m_ordinary->presses.size(), 1, kWait);
         QCOMPARE(rectOf(savedFrame(m_alpha)), moved);
     }
 
@@ -255,7 +235,7 @@ private Q_SLOTS:
         // A click made after it has reached its window, and this process gets its input in
         // the order it was made.
         m_pointer.click(laterAt);
-        QTRY_COMPARE_WITH_TIMEOUT(later.presses, 1, kWait);
+        QTRY_COMPARE_WITH_TIMEOUT(later.presses.size(), 1, kWait);
         QCOMPARE(presses.count, 0);
         // In edit mode the same click reaches it; the panel may show its title bar a moment
         // before it takes the pointer, and a user would click again then.
