@@ -24,6 +24,7 @@
 # of the session's own, with the ~/Desktop folder that the desktop icons show.
 
 source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/desktop-user.sh"
 
 GNOME_DESKTOP_USER=corkwheel-gnome
 GNOME_DESKTOP_WIDTH=1280
@@ -57,22 +58,14 @@ run_as_gnome_user() {
 }
 
 start_gnome_desktop() {
-    GNOME_DESKTOP_STATE=$(mktemp -d) || return 1
+    make_desktop_state GNOME_DESKTOP_STATE Desktop || return 1
     local state=$GNOME_DESKTOP_STATE
     local home=$state/home runtime=$state/runtime
-    mkdir -p "$home/Desktop" "$runtime" || return 1
-    chmod 0700 "$runtime"
-    chmod 0755 "$state"
-    if [[ $(id -u) -eq 0 ]]; then
-        id "$GNOME_DESKTOP_USER" >/dev/null 2>&1 ||
-            useradd --system --no-create-home --user-group "$GNOME_DESKTOP_USER" || return 1
-        chown -R "$GNOME_DESKTOP_USER:" "$home" "$runtime" || return 1
-        # setpriv keeps the environment as it is given, unlike runuser, which sets its own.
-        GNOME_DESKTOP_AS_USER=(setpriv --reuid="$GNOME_DESKTOP_USER"
-            --regid="$GNOME_DESKTOP_USER" --init-groups --)
-        # Xwayland's sockets go there. A booted machine has the folder; a fresh root file
-        # system may not, and only root may make it.
-        [[ -d /tmp/.X11-unix ]] || install -d -m 1777 /tmp/.X11-unix
+    run_desktop_as "$GNOME_DESKTOP_USER" "$state" GNOME_DESKTOP_AS_USER || return 1
+    # Xwayland's sockets go there. A booted machine has the folder; a fresh root file system
+    # may not, and only root may make it.
+    if [[ $(id -u) -eq 0 && ! -d /tmp/.X11-unix ]]; then
+        install -d -m 1777 /tmp/.X11-unix || return 1
     fi
 
     export HOME=$home XDG_RUNTIME_DIR=$runtime

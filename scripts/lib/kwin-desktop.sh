@@ -28,6 +28,7 @@
 # of the session's own.
 
 source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
+source "$(dirname "${BASH_SOURCE[0]}")/desktop-user.sh"
 
 KWIN_DESKTOP_USER=corkwheel-kwin
 KWIN_DESKTOP_WIDTH=1280
@@ -70,22 +71,12 @@ plasma_is_up() {
 
 start_kwin_desktop() {
     local outputs=${1:-1} plasma=${2:-}
-    KWIN_DESKTOP_STATE=$(mktemp -d) || return 1
+    make_desktop_state KWIN_DESKTOP_STATE .config || return 1
     local state=$KWIN_DESKTOP_STATE
     local home=$state/home runtime=$state/runtime
-    mkdir -p "$home/.config" "$runtime" || return 1
-    chmod 0700 "$runtime"
-    chmod 0755 "$state"
     # As a user's settings have them before the session starts: two virtual desktops.
     printf '[Desktops]\nNumber=2\nRows=1\n' >"$home/.config/kwinrc"
-    if [[ $(id -u) -eq 0 ]]; then
-        id "$KWIN_DESKTOP_USER" >/dev/null 2>&1 ||
-            useradd --system --no-create-home --user-group "$KWIN_DESKTOP_USER" || return 1
-        chown -R "$KWIN_DESKTOP_USER:" "$home" "$runtime" || return 1
-        # setpriv keeps the environment as it is given, unlike runuser, which sets its own.
-        KWIN_DESKTOP_AS_USER=(setpriv --reuid="$KWIN_DESKTOP_USER"
-            --regid="$KWIN_DESKTOP_USER" --init-groups --)
-    fi
+    run_desktop_as "$KWIN_DESKTOP_USER" "$state" KWIN_DESKTOP_AS_USER || return 1
 
     export HOME=$home XDG_RUNTIME_DIR=$runtime
     export XDG_SESSION_TYPE=wayland XDG_CURRENT_DESKTOP=KDE
