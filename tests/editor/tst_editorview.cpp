@@ -288,13 +288,20 @@ private Q_SLOTS:
         QVERIFY(!hideAll->isChecked());
 
         // A hover over the button shows nothing: the tool-tip event is swallowed, though the
-        // button has a tip of its own to show.
+        // button has a tip of its own to show, and the same hover shows the edit-mode
+        // button's tip at once.
+        const auto hover = [](QToolButton* button) {
+            QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), button->mapToGlobal(QPoint(5, 5)));
+            QApplication::sendEvent(button, &event);
+        };
         QToolButton* button = window.buttonFor(hideAll);
         QVERIFY(!button->toolTip().isEmpty());
-        QHelpEvent hover(QEvent::ToolTip, QPoint(5, 5), button->mapToGlobal(QPoint(5, 5)));
-        QApplication::sendEvent(button, &hover);
-        QTest::qWait(100);
+        hover(button);
         QVERIFY(!QToolTip::isVisible());
+        hover(window.buttonFor(window.editModeAction()));
+        QVERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), window.editModeAction()->toolTip());
+        QToolTip::hideText();
     }
 
     void appOptionsButtonOpensThePopoverAndASecondPressClosesIt() {

@@ -318,6 +318,13 @@ private Q_SLOTS:
         QCOMPARE(written.count(), 0);
         QCOMPARE(panelsChanged.count(), 0);
         QCOMPARE(fileBytes(fixture.documentPath()), before);
+
+        // Whereas a change to a panel is written.
+        Panel renamed = store.panels().at(0);
+        renamed.name = QStringLiteral("Renamed");
+        store.update(renamed);
+        QTRY_COMPARE(written.count(), 1);
+        QVERIFY(fileBytes(fixture.documentPath()).contains("Renamed"));
     }
 
     void settingsAndQuitEachAskForTheirOwnAction_data() {
