@@ -18,6 +18,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/background-process.sh"
 
 VIRTUAL_DESKTOP_PIDS=()
 VIRTUAL_DESKTOP_BUS_PID=
+VIRTUAL_DESKTOP_START_WAIT=${VIRTUAL_DESKTOP_START_WAIT:-20}
 
 start_virtual_desktop() {
     local session=${1:-openbox}
@@ -86,11 +87,13 @@ start_session_bus() {
 }
 
 # start_until <what> <shell test> <log> <command...>: starts the command in the background
-# and waits up to 30 s for the test to pass. A client that exits meanwhile is started again,
-# up to three times in all: right after a display was stopped, a new one on the same number
-# can refuse the first connection (picom then gives up with "Can't open display"). One that
-# is still starting is waited for, never started twice: a second pcmanfm-qt finds the first
-# on the session bus and exits.
+# and waits up to VIRTUAL_DESKTOP_START_WAIT seconds (20) for the test to pass, up to three
+# times in all. A client that exits meanwhile is started again: right after a display was
+# stopped, a new one on the same number can refuse the first connection (picom then gives
+# up with "Can't open display"). One still running then is ended before the next start,
+# never started beside it: a second pcmanfm-qt finds the first on the session bus and
+# exits, and on a busy machine pcmanfm-qt can hang as it starts, its main thread and its
+# job threads all waiting on locks.
 start_until() {
     local what=$1 test=$2 log=$3
     shift 3
@@ -99,12 +102,16 @@ start_until() {
         "$@" >>"$log" 2>&1 &
         pid=$!
         VIRTUAL_DESKTOP_PIDS+=("$pid")
-        for ((tries = 0; tries < 300; tries++)); do
+        for ((tries = 0; tries < VIRTUAL_DESKTOP_START_WAIT * 10; tries++)); do
             bash -c "$test" 2>/dev/null && return 0
-            kill -0 "$pid" 2>/dev/null || break
+            running "$pid" || break
             sleep 0.1
         done
-        kill -0 "$pid" 2>/dev/null && break
+        if running "$pid"; then
+            echo "$what did not show within $VIRTUAL_DESKTOP_START_WAIT s on $DISPLAY:" \
+                "starting it again" | tee -a "$log" >&2
+            stop_and_reap "$pid"
+        fi
     done
     echo "$what did not start on $DISPLAY" >&2
     cat "$log" >&2
