@@ -19,11 +19,6 @@ bash -c 'trap "" TERM; echo >"$0"; while :; do sleep 1; done' "$ready" &
 stubborn=$!
 until [[ -s $ready ]]; do sleep 0.05; done
 
-# "true" when the command succeeds, else "false", for verdict.
-holds() {
-    "$@" && echo true || echo false
-}
-
 gone() {
     ! running "$1"
 }

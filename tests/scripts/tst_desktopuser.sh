@@ -12,10 +12,6 @@ user=corkwheel-desktop-test
 states=()
 trap 'rm -rf "${states[@]}"' EXIT
 
-holds() {
-    "$@" && echo true || echo false
-}
-
 make_desktop_state state .config Desktop
 states+=("$state")
 verdict "the home holds the folders asked for" \

@@ -14,11 +14,9 @@ work=$(mktemp -d)
 trap 'stop_virtual_desktop; rm -rf "$work"' EXIT
 DISPLAY=:test
 
-holds() {
-    "$@" && echo true || echo false
-}
-
-# Hangs without showing the first time it is started; shows the second time.
+# Hangs without showing the first time it is started; shows the second time. Either way it
+# runs until start_until or the end of this script ends it: the sleep is its life, not a
+# wait of the test's, which asserts only on what start_until returns and leaves behind.
 cat >"$work/program" <<'PROGRAM'
 #!/usr/bin/env bash
 if [[ -e $1/started ]]; then
@@ -53,6 +51,7 @@ verdict "it was started twice" "$(holds test "${#VIRTUAL_DESKTOP_PIDS[@]}" = 2)"
 verdict "the hung one is ended" "$(holds ended "${VIRTUAL_DESKTOP_PIDS[0]}")"
 verdict "the one that shows runs on" "$(holds running "${VIRTUAL_DESKTOP_PIDS[1]}")"
 
+# A program that never shows (a long sleep, ended by start_until after each second's try).
 started=false
 start_until never false "$work/log" sleep 300 2>"$work/stderr" && started=true
 verdict "a program that never shows fails the start" "$(holds test "$started" = false)"

@@ -16,6 +16,11 @@ verdict() {
     fi
 }
 
+# holds COMMAND...: "true" when the command succeeds, else "false", for verdict.
+holds() {
+    "$@" && echo true || echo false
+}
+
 # Prints the count and succeeds only when every check passed.
 totals() {
     echo "Totals: $passed passed, $failed failed"
